@@ -1,0 +1,42 @@
+#pragma once
+
+#include "hostmodel.h"
+
+#include <QColor>
+#include <QWidget>
+
+#include <memory>
+
+namespace VandrelPensioen {
+
+// The scheme data panel: type, salary, franchise, basis, accrual, contributions, target capital.
+class PensGeg : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QColor BackColor READ BackColor WRITE setBackColor)
+
+public:
+    explicit PensGeg(QWidget *parent = nullptr);
+    ~PensGeg() override;
+
+    void SetApplication(const VandrelApplication::ApplicationPtr &Application, qint16 Anv_Id,
+                        qint16 Pen_Id);
+    void Validation(bool &Cancel, qint32 ControleNr);
+    QColor BackColor() const;
+    void setBackColor(const QColor &colour);
+
+Q_SIGNALS:
+    void InfoChanged();
+    void AanvragerChanged(qint16 &Anv_Id, qint16 &Pen_Id);
+    void ChangeAanvrager(bool &Cancel);
+    void DienstverbandChanged();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace VandrelPensioen
