@@ -35,4 +35,3 @@ private:
 
 } // namespace VandrelPensioen
 
-Q_DECLARE_METATYPE(VandrelApplication::ApplicationPtr)

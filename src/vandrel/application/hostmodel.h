@@ -388,3 +388,6 @@ public:
 };
 
 } // namespace VandrelApplication
+
+// Hosts call the pension screen's members by name (QMetaObject::invokeMethod) with this type.
+Q_DECLARE_METATYPE(VandrelApplication::ApplicationPtr)
