@@ -1,0 +1,201 @@
+#include "mainwindow.h"
+
+#include "commands.h"
+#include "errorlog.h"
+#include "messagebox.h"
+#include "participantsscreen.h"
+#include "pensionscreen.h"
+
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QSettings>
+#include <QStackedWidget>
+
+using VandrelControl::MessageBox;
+
+namespace Zarnoveld {
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("zarnoveldMain"));
+    auto *central = new QWidget(this);
+    auto *layout = new QHBoxLayout(central);
+    m_navigation = new QListWidget(central);
+    m_navigation->setObjectName(QStringLiteral("lstSchermen"));
+    m_navigation->addItems({QStringLiteral("Deelnemers"), QStringLiteral("Pensioenen")});
+    m_navigation->setFixedWidth(m_navigation->sizeHintForColumn(0) + 24);
+    m_stack = new QStackedWidget(central);
+    m_participants = new ParticipantsScreen(m_stack);
+    m_pensions = new PensionScreen(m_stack);
+    m_stack->addWidget(m_participants);
+    m_stack->addWidget(m_pensions);
+    layout->addWidget(m_navigation);
+    layout->addWidget(m_stack, 1);
+    setCentralWidget(central);
+
+    connect(m_navigation, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row != m_stack->currentIndex() && !showScreen(Screen(row))) {
+            const QSignalBlocker block(m_navigation);
+            m_navigation->setCurrentRow(m_stack->currentIndex());
+        }
+    });
+    {
+        const QSignalBlocker block(m_navigation);
+        m_navigation->setCurrentRow(Deelnemers);
+    }
+
+    auto *file = menuBar()->addMenu(QStringLiteral("&Bestand"));
+    file->addAction(QStringLiteral("Nieuw dossier uit voorbeeld..."), this, &MainWindow::newFromExample);
+    file->addAction(QStringLiteral("&Openen..."), this, &MainWindow::openFile);
+    file->addAction(QStringLiteral("&Importeren..."), this, &MainWindow::importJson);
+    file->addAction(QStringLiteral("&Exporteren..."), this, &MainWindow::exportJson);
+    file->addSeparator();
+    file->addAction(QStringLiteral("&Afsluiten"), this, &QWidget::close);
+
+    QSettings settings;
+    if (!restoreGeometry(settings.value(QStringLiteral("venster/geometrie")).toByteArray()))
+        resize(1280, 860);
+    updateTitle();
+}
+
+MainWindow::~MainWindow() = default;
+
+bool MainWindow::openCase(const QString &path, QString *error)
+{
+    try {
+        setCase(Commands::openOrImport(path));
+        return true;
+    } catch (const VandrelApplication::HostError &e) {
+        if (error)
+            *error = e.description();
+        return false;
+    }
+}
+
+void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
+{
+    // The old case's control ends first, so that it removes the schemes it marked for removal.
+    m_pensions->release();
+    m_case = application;
+    if (m_case) {
+        m_case->setTitle(QStringLiteral("Zarnoveld"));
+        m_case->setErrorHandler([this](const VandrelApplication::ErrorRecord &record) {
+            ErrorLog::append(record);
+            ErrorLog::show(this, record);
+        });
+    }
+    m_participants->setApplication(m_case);
+    if (currentScreen() == Pensioenen && m_case) {
+        QString reason;
+        if (m_pensions->ensureControl(&reason))
+            m_pensions->setApplication(m_case);
+    }
+    updateTitle();
+}
+
+MainWindow::Screen MainWindow::currentScreen() const
+{
+    return Screen(m_stack->currentIndex());
+}
+
+bool MainWindow::leavePensionScreen()
+{
+    return currentScreen() != Pensioenen || m_pensions->canLeave();
+}
+
+bool MainWindow::showScreen(Screen screen)
+{
+    if (screen == currentScreen())
+        return true;
+    if (!leavePensionScreen())
+        return false;
+    if (screen == Pensioenen) {
+        QString reason;
+        if (m_pensions->ensureControl(&reason) && m_case)
+            m_pensions->setApplication(m_case);
+    } else {
+        m_participants->reload();
+    }
+    m_stack->setCurrentIndex(screen);
+    const QSignalBlocker block(m_navigation);
+    m_navigation->setCurrentRow(screen);
+    return true;
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!leavePensionScreen()) {
+        event->ignore();
+        return;
+    }
+    QSettings().setValue(QStringLiteral("venster/geometrie"), saveGeometry());
+    m_pensions->release();
+    event->accept();
+}
+
+void MainWindow::newFromExample()
+{
+    if (!leavePensionScreen())
+        return;
+    const QString json = QFileDialog::getOpenFileName(this, QStringLiteral("Voorbeeld kiezen"), QString(),
+                                                      QStringLiteral("Voorbeelden (*.json)"));
+    if (json.isEmpty())
+        return;
+    const QString target = QFileDialog::getSaveFileName(this, QStringLiteral("Nieuw dossier opslaan als"),
+                                                        QFileInfo(json).completeBaseName() + Commands::caseSuffix(),
+                                                        QStringLiteral("Dossiers (*%1)").arg(Commands::caseSuffix()));
+    if (target.isEmpty())
+        return;
+    try {
+        setCase(Commands::importCase(json, target));
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Dossier niet gemaakt"));
+    }
+}
+
+void MainWindow::openFile()
+{
+    if (!leavePensionScreen())
+        return;
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Dossier openen"), QString(),
+                                                      QStringLiteral("Dossiers (*%1)").arg(Commands::caseSuffix()));
+    if (path.isEmpty())
+        return;
+    QString error;
+    if (!openCase(path, &error))
+        MessageBox::ok(this, error, QStringLiteral("Dossier niet geopend"));
+}
+
+void MainWindow::importJson()
+{
+    newFromExample();
+}
+
+void MainWindow::exportJson()
+{
+    if (!m_case || !leavePensionScreen())
+        return;
+    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Dossier exporteren"), QString(),
+                                                      QStringLiteral("JSON (*.json)"));
+    if (path.isEmpty())
+        return;
+    try {
+        Commands::exportCase(*m_case, path);
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Exporteren mislukt"));
+    }
+}
+
+void MainWindow::updateTitle()
+{
+    const QString file = m_case && !m_case->filePath().isEmpty() ? QFileInfo(m_case->filePath()).fileName()
+                                                                 : QStringLiteral("geen dossier");
+    setWindowTitle(QStringLiteral("Zarnoveld - %1").arg(file));
+}
+
+} // namespace Zarnoveld

@@ -1,0 +1,86 @@
+#include "pensionscreen.h"
+
+#include "componentloader.h"
+
+#include <QLabel>
+#include <QMetaObject>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace Zarnoveld {
+
+namespace {
+const QString kProgId = QStringLiteral("VandrelPensioen.PensMain");
+}
+
+PensionScreen::PensionScreen(QWidget *parent)
+    : QWidget(parent)
+    , m_scroll(new QScrollArea(this))
+    , m_problem(new QLabel(this))
+{
+    setObjectName(QStringLiteral("pensionScreen"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_problem->setWordWrap(true);
+    m_problem->hide();
+    layout->addWidget(m_problem);
+    // The control keeps its designed size; a small window scrolls rather than squeezing it.
+    m_scroll->setWidgetResizable(false);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    layout->addWidget(m_scroll);
+}
+
+PensionScreen::~PensionScreen()
+{
+    release();
+}
+
+bool PensionScreen::ensureControl(QString *error)
+{
+    if (m_control)
+        return true;
+    QString reason;
+    QWidget *control = VandrelPensioen::ComponentLoader::create(kProgId, nullptr, &reason);
+    if (!control) {
+        m_problem->setText(QStringLiteral("Het pensioenscherm kan niet worden getoond. %1").arg(reason));
+        m_problem->show();
+        if (error)
+            *error = reason;
+        return false;
+    }
+    m_problem->hide();
+    m_control = control;
+    control->adjustSize();
+    m_scroll->setWidget(control);
+    return true;
+}
+
+void PensionScreen::setApplication(const VandrelApplication::ApplicationPtr &application)
+{
+    if (!m_control)
+        return;
+    QMetaObject::invokeMethod(m_control, "SetApplication", Qt::DirectConnection,
+                              Q_ARG(VandrelApplication::ApplicationPtr, application));
+    m_control->adjustSize();
+}
+
+bool PensionScreen::canLeave()
+{
+    if (!m_control)
+        return true;
+    bool cancel = false;
+    QMetaObject::invokeMethod(m_control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
+                              Q_ARG(qint32, 0));
+    return !cancel;
+}
+
+void PensionScreen::release()
+{
+    if (!m_control)
+        return;
+    QWidget *control = m_scroll->takeWidget();
+    delete control;
+    m_control = nullptr;
+}
+
+} // namespace Zarnoveld

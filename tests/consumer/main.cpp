@@ -1,0 +1,21 @@
+// Places the pension screen in a window and checks that the exported package is usable.
+#include <pensmain.h>
+#include <messagebox.h>
+#include <hostcheck.h>
+
+#include <QApplication>
+#include <QTextStream>
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    VandrelPensioen::PensMain panel;
+    bool cancel = false;
+    // Nothing is shown yet: validation must pass without asking the host anything.
+    panel.Validation(cancel, 0);
+    panel.setBackColor(Qt::white);
+    const bool ok = !cancel && panel.BackColor() == QColor(Qt::white)
+        && VandrelControl::MessageBox::hasResponder() == false;
+    QTextStream(stdout) << (ok ? "consumer: ok\n" : "consumer: FAILED\n");
+    return ok ? 0 : 1;
+}
