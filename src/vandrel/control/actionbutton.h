@@ -10,10 +10,20 @@ namespace VandrelControl {
 class VANDRELCONTROL_EXPORT ActionButton : public QPushButton
 {
     Q_OBJECT
+    // False for buttons such as "Annuleren": moving the focus onto them does not check the field
+    // the user leaves.
+    Q_PROPERTY(bool causesValidation READ causesValidation WRITE setCausesValidation)
 
 public:
     explicit ActionButton(QWidget *parent = nullptr);
     explicit ActionButton(const QString &text, QWidget *parent = nullptr);
+    ~ActionButton() override;
+
+    bool causesValidation() const;
+    void setCausesValidation(bool on);
+
+private:
+    bool m_causesValidation = true;
 };
 
 } // namespace VandrelControl
