@@ -26,6 +26,11 @@ public:
     QColor BackColor() const;
     void setBackColor(const QColor &colour);
 
+    // The row key is the only link from a row to its scheme: "@" + (Anv_Id * 100 + Pen_Id).
+    static QString rowKey(qint16 Anv_Id, qint16 Pen_Id);
+    // False (and both 0) for a key that is not of that form.
+    static bool decodeKey(const QString &key, qint16 &Anv_Id, qint16 &Pen_Id);
+
 Q_SIGNALS:
     void PensioenChanged(qint16 &Anv_Id, qint16 &Pen_Id);
     void PensioenDeleted();

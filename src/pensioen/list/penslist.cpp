@@ -1,0 +1,332 @@
+#include "penslist.h"
+
+#include "listviewroutines.h"
+#include "messagebox.h"
+#include "platformroutines.h"
+#include "formats.h"
+#include "ui_penslist.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QHeaderView>
+#include <QMenu>
+#include <QTreeWidget>
+
+namespace VandrelPensioen {
+
+using namespace VandrelApplication;
+
+namespace {
+
+constexpr int ColumnCount = 10;
+// Rows the list shows without a vertical scroll bar; the next one narrows three columns.
+constexpr int RowsWithoutScrollBar = 4;
+
+const QString kQuestionTitle = QStringLiteral("Huidige werkgever");
+const QString kQuestionText = QStringLiteral(
+    "U heeft al een huidige werkgever geselecteerd.\n"
+    "Wilt u toch een extra huidige werkgever toevoegen?");
+
+int pixels(double twipsValue)
+{
+    return twips(qRound(twipsValue));
+}
+
+QString schemeType(qint16 type)
+{
+    switch (type) {
+    case SoortRegeling::Eindloon:
+        return QStringLiteral("Eindloon");
+    case SoortRegeling::Middelloon:
+        return QStringLiteral("Middelloon");
+    case SoortRegeling::BeschikbarePremie:
+        return QStringLiteral("Beschikbare premie");
+    default:
+        return QString();
+    }
+}
+
+} // namespace
+
+class PensList::Private
+{
+public:
+    explicit Private(PensList *q) : q(q) {}
+
+    void Fill_List(qint16 Anv_Id, qint16 Pen_Id);
+    void Fill_Row(QTreeWidgetItem *item, VandrelApplication::Pensioen &pensioen, qint16 Anv_Id) const;
+    void setColumnWidths(bool narrow);
+    void Selection_Changed();
+    void Huidige_Werkgever();
+    void Vorige_Werkgever();
+    void cmdNieuw_Click();
+    void cmdVerwijder_Click();
+    QTreeWidgetItem *selectedRow() const;
+
+    PensList *q;
+    Ui::PensList ui;
+    QMenu *Popup_Oud_Huidig = nullptr;
+    ApplicationPtr Application;
+    DossierPtr Dossier;
+    PensioenPtr SelectedPensioen;   // the selected row's scheme record, or none
+    // Set while the list itself changes rows, so that only the final selection is reported.
+    bool filling = false;
+};
+
+QTreeWidgetItem *PensList::Private::selectedRow() const
+{
+    const auto rows = ui.LstPensioenen->selectedItems();
+    return rows.isEmpty() ? nullptr : rows.first();
+}
+
+void PensList::Private::setColumnWidths(bool narrow)
+{
+    const double W = ui.LstPensioenen->width() * TwipsPerPixelAt96Dpi;
+    QTreeWidget *list = ui.LstPensioenen;
+    list->setColumnWidth(0, pixels(narrow ? W * 0.1 - 100 : W * 0.1));
+    list->setColumnWidth(1, pixels(narrow ? W * 0.2 - 75 : W * 0.2));
+    list->setColumnWidth(2, pixels(W * 0.15 - 15));
+    list->setColumnWidth(3, pixels(narrow ? W * 0.1 - 75 : W * 0.1));
+    for (int column = 4; column < ColumnCount; ++column)
+        list->setColumnWidth(column, pixels(W * 0.075 - 15));
+}
+
+void PensList::Private::Fill_Row(QTreeWidgetItem *item, VandrelApplication::Pensioen &pensioen,
+                                 qint16 Anv_Id) const
+{
+    item->setText(0, pensioen.HuidigeWerkgever() ? QStringLiteral("Huidige") : QStringLiteral("Vorige"));
+    item->setText(1, pensioen.Uitvoerder());
+    item->setText(2, schemeType(pensioen.SoortRegeling()));
+    // Without a participant number the cell keeps what it had (empty for a new row).
+    if (Anv_Id != 0)
+        item->setText(3, Anv_Id == 1 ? QStringLiteral("Aanvrager") : QStringLiteral("Partner"));
+
+    const OuderdomRegelPtr ouderdom =
+        pensioen.OuderdomRegelCount() >= 1 ? pensioen.Get_OuderdomRegel(1) : nullptr;
+    if (ouderdom) {
+        item->setText(4, VandrelControl::Format::amount(ouderdom->BedragPreP()));
+        item->setText(5, VandrelControl::Format::amount(ouderdom->BedragOP()));
+    } else {
+        item->setText(4, QStringLiteral(" "));
+        item->setText(5, QStringLiteral(" "));
+    }
+    item->setText(6, VandrelControl::Format::amount(pensioen.BedragTOP()));
+    item->setText(7, VandrelControl::Format::amount(pensioen.BedragPP()));
+    item->setText(8, QStringLiteral(" "));
+    item->setText(9, VandrelControl::Format::amount(pensioen.BedragIP()));
+}
+
+void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
+{
+    QTreeWidget *list = ui.LstPensioenen;
+    filling = true;
+    list->clear();
+    list->setHeaderLabels({QStringLiteral("Werkgever"), QStringLiteral("Pensioenuitvoerder"),
+                           QStringLiteral("Pensioenregeling"), QStringLiteral("Deelnemer"),
+                           QStringLiteral("PP"), QStringLiteral("OP"), QStringLiteral("TOP"),
+                           QStringLiteral("NP"), QStringLiteral("NOP"), QStringLiteral("IP")});
+    setColumnWidths(false);
+
+    QTreeWidgetItem *wanted = nullptr;
+    const int wantedKey = Anv_Id * 100 + Pen_Id;
+    if (Dossier) {
+        for (qint16 n = 1; AanvragerPtr aanvrager = Dossier->Get_Aanvrager(n); ++n) {
+            for (qint16 k = 1; PensioenPtr pensioen = aanvrager->Get_Pensioen(k); ++k) {
+                auto *item = new QTreeWidgetItem(list);
+                for (int column = 1; column < ColumnCount; ++column)
+                    item->setText(column, QString());
+                ListView::setKey(item, PensList::rowKey(n, k));
+                Fill_Row(item, *pensioen, n);
+                if (list->topLevelItemCount() == RowsWithoutScrollBar + 1)
+                    setColumnWidths(true);
+                if (n * 100 + k == wantedKey)
+                    wanted = item;
+            }
+        }
+    }
+
+    list->clearSelection();
+    list->setCurrentItem(nullptr);
+    if (!wanted && list->topLevelItemCount() > 0)
+        wanted = list->topLevelItem(0);
+    if (wanted) {
+        list->setCurrentItem(wanted);
+        wanted->setSelected(true);
+        list->scrollToItem(wanted);
+    }
+    filling = false;
+    Selection_Changed();
+}
+
+void PensList::Private::Selection_Changed()
+{
+    SelectedPensioen.reset();
+    qint16 Anv_Id = 0;
+    qint16 Pen_Id = 0;
+    QTreeWidgetItem *row = selectedRow();
+    if (row && PensList::decodeKey(ListView::key(row), Anv_Id, Pen_Id) && Dossier) {
+        if (AanvragerPtr aanvrager = Dossier->Get_Aanvrager(Anv_Id))
+            SelectedPensioen = aanvrager->Get_Pensioen(Pen_Id);
+    }
+    ui.cmdVerwijder->setEnabled(row != nullptr);
+    Q_EMIT q->PensioenChanged(Anv_Id, Pen_Id);
+}
+
+void PensList::Private::cmdNieuw_Click()
+{
+    // popup(), not exec(): the menu must not hold the caller (or a test) in a nested loop.
+    Popup_Oud_Huidig->popup(ui.cmdNieuw->mapToGlobal(QPoint(0, ui.cmdNieuw->height())));
+}
+
+void PensList::Private::Huidige_Werkgever()
+{
+    Popup_Oud_Huidig->hide();
+    if (!Dossier)
+        return;
+    bool hasCurrent = false;
+    for (qint16 n = 1; AanvragerPtr aanvrager = Dossier->Get_Aanvrager(n); ++n) {
+        for (qint16 k = 1; PensioenPtr pensioen = aanvrager->Get_Pensioen(k); ++k) {
+            if (pensioen->HuidigeWerkgever()) {
+                hasCurrent = true;
+                break;
+            }
+        }
+        if (hasCurrent)
+            break;
+    }
+    // The question's title names what is being added, as the menu entry the user chose does.
+    if (hasCurrent && !VandrelControl::MessageBox::yesNo(q, kQuestionText, kQuestionTitle))
+        return;
+
+    AanvragerPtr aanvrager = Dossier->Get_Aanvrager(1);
+    if (!aanvrager)
+        return;
+    const qint16 newPen = aanvrager->AddPension();
+    if (PensioenPtr pensioen = aanvrager->Get_Pensioen(newPen))
+        pensioen->setHuidigeWerkgever(true);
+    Fill_List(1, newPen);
+}
+
+void PensList::Private::Vorige_Werkgever()
+{
+    Popup_Oud_Huidig->hide();
+    if (!Dossier)
+        return;
+    AanvragerPtr aanvrager = Dossier->Get_Aanvrager(1);
+    if (!aanvrager)
+        return;
+    const qint16 newPen = aanvrager->AddPension();
+    if (PensioenPtr pensioen = aanvrager->Get_Pensioen(newPen)) {
+        pensioen->setHuidigeWerkgever(false);
+        // A previous employer is no current employment: the scheme starts linked to none, so
+        // the provider control offers the choice instead of a host default.
+        pensioen->setDienstverbandKey(QString());
+    }
+    Fill_List(1, newPen);
+}
+
+void PensList::Private::cmdVerwijder_Click()
+{
+    QTreeWidgetItem *row = selectedRow();
+    if (!row || !Dossier)
+        return;
+    qint16 Anv_Id = 0;
+    qint16 Pen_Id = 0;
+    if (!PensList::decodeKey(ListView::key(row), Anv_Id, Pen_Id))
+        return;
+    if (AanvragerPtr aanvrager = Dossier->Get_Aanvrager(Anv_Id))
+        aanvrager->RemovePension(Pen_Id);
+    Q_EMIT q->PensioenDeleted();
+    Fill_List(0, 0);
+}
+
+PensList::PensList(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<Private>(this))
+{
+    d->ui.setupUi(this);
+    ListView::prepareReportView(d->ui.LstPensioenen);
+    d->ui.LstPensioenen->setSelectionMode(QAbstractItemView::SingleSelection);
+    // The widths are the list's own rule; a stretched last column would break it.
+    d->ui.LstPensioenen->header()->setStretchLastSection(false);
+    d->ui.cmdVerwijder->setEnabled(false);
+
+    d->Popup_Oud_Huidig = new QMenu(this);
+    d->Popup_Oud_Huidig->setObjectName(QStringLiteral("Popup_Oud_Huidig"));
+    QAction *huidige = d->Popup_Oud_Huidig->addAction(QStringLiteral("Huidige werkgever"));
+    huidige->setObjectName(QStringLiteral("Huidige_Werkgever"));
+    QAction *vorige = d->Popup_Oud_Huidig->addAction(QStringLiteral("Vorige werkgever"));
+    vorige->setObjectName(QStringLiteral("Vorige_Werkgever"));
+
+    connect(huidige, &QAction::triggered, this, [this] { d->Huidige_Werkgever(); });
+    connect(vorige, &QAction::triggered, this, [this] { d->Vorige_Werkgever(); });
+    connect(d->ui.cmdNieuw, &QPushButton::clicked, this, [this] { d->cmdNieuw_Click(); });
+    connect(d->ui.cmdVerwijder, &QPushButton::clicked, this, [this] { d->cmdVerwijder_Click(); });
+    // Mouse and keyboard both move the selection; the container hears each change once.
+    connect(d->ui.LstPensioenen, &QTreeWidget::itemSelectionChanged, this, [this] {
+        if (!d->filling)
+            d->Selection_Changed();
+    });
+
+    ScaleToScreen(this);
+}
+
+PensList::~PensList() = default;
+
+void PensList::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
+{
+    d->Application = Application;
+    d->Dossier = Application ? Application->Get_Dossier() : nullptr;
+    d->Fill_List(Anv_Id, Pen_Id);
+}
+
+void PensList::Validation(bool &Cancel, qint32 ControleNr)
+{
+    // Nothing to check here; the list only lets a field that is being left commit its value.
+    Q_UNUSED(Cancel);
+    if (ControleNr == 0)
+        QCoreApplication::processEvents();
+}
+
+void PensList::InfoChanged()
+{
+    QTreeWidgetItem *row = d->selectedRow();
+    if (!row || !d->SelectedPensioen)
+        return;
+    qint16 Anv_Id = 0;
+    qint16 Pen_Id = 0;
+    PensList::decodeKey(ListView::key(row), Anv_Id, Pen_Id);
+    d->Fill_Row(row, *d->SelectedPensioen, Anv_Id);
+}
+
+QColor PensList::BackColor() const
+{
+    return BackColorOf(this);
+}
+
+void PensList::setBackColor(const QColor &colour)
+{
+    ApplyBackColor(this, colour);
+}
+
+QString PensList::rowKey(qint16 Anv_Id, qint16 Pen_Id)
+{
+    return QLatin1Char('@') + QString::number(Anv_Id * 100 + Pen_Id);
+}
+
+bool PensList::decodeKey(const QString &key, qint16 &Anv_Id, qint16 &Pen_Id)
+{
+    Anv_Id = 0;
+    Pen_Id = 0;
+    if (!key.startsWith(QLatin1Char('@')))
+        return false;
+    bool ok = false;
+    const int number = key.mid(1).toInt(&ok);
+    if (!ok)
+        return false;
+    Anv_Id = static_cast<qint16>(number / 100);
+    Pen_Id = static_cast<qint16>(number % 100);
+    return true;
+}
+
+} // namespace VandrelPensioen
