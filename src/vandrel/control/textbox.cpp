@@ -53,14 +53,14 @@ public:
         // press (rare); then stop at the next turn of the event loop.
         QTimer::singleShot(0, swallower, [swallower] {
             if (!swallower->m_pressEaten)
-                swallower->deleteLater();
+                swallower->finish();
         });
     }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (!watched->isWidgetType())
+        if (m_done || !watched->isWidgetType())
             return false;
         switch (event->type()) {
         case QEvent::MouseButtonPress:
@@ -69,7 +69,7 @@ protected:
             return true;
         case QEvent::MouseButtonRelease:
             if (m_pressEaten) {
-                deleteLater();
+                finish();
                 return true;
             }
             return false;
@@ -79,7 +79,17 @@ protected:
     }
 
 private:
+    void finish()
+    {
+        if (m_done)
+            return;
+        m_done = true;
+        qApp->removeEventFilter(this);
+        deleteLater();
+    }
+
     bool m_pressEaten = false;
+    bool m_done = false;
 };
 
 bool isNumeric(FieldKind kind)
