@@ -1,0 +1,75 @@
+#pragma once
+
+// The shared heart of one open case: the record tree, the parameters, the optional store that
+// every change is written through to, and the id counters. Handles keep it alive.
+
+#include "casedata.h"
+
+#include <QHash>
+#include <QString>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace Zarnoveld::detail {
+
+class Store;
+
+struct ParameterValues
+{
+    float defaultOpbouwEindloon = 0;
+    float defaultOpbouwMiddelloon = 0;
+    double franchiseEindloonA = 0;
+    double franchiseEindloonB = 0;
+    double franchiseA = 0;
+    double franchiseB = 0;
+    double maxAnwCompensation = 0;
+};
+
+// The figures shipped with the program (compiled-in parameters.json).
+ParameterValues builtInParameters();
+
+struct Change
+{
+    std::shared_ptr<Record> record;
+    int field;
+    QVariant value;
+};
+
+class CaseCore
+{
+public:
+    CaseCore();
+    ~CaseCore();
+
+    // A core without a case file, shared by snapshots and stand-alone schedule owners.
+    static std::shared_ptr<CaseCore> detached();
+
+    std::shared_ptr<DossierNode> dossier;
+    ParameterValues params;
+    std::unique_ptr<Store> store;   // nullptr: the case lives in memory only
+    bool closed = false;
+
+    qint64 newId(const TableDef &table);
+    void seedIds();   // after loading: continue after the highest id in use
+
+    // Writes the changes in one transaction, then applies them in memory. A change to a record of
+    // a scheme that defers its writes is only applied and remembered (scheme: the owning scheme).
+    void set(std::vector<Change> changes, PensioenNode *scheme);
+    void set(const std::shared_ptr<Record> &record, int field, const QVariant &value, PensioenNode *scheme);
+    // Writes the remembered changes of a deferring scheme in one transaction.
+    void flush(PensioenNode &scheme);
+
+    // Runs body inside one store transaction; body gets nullptr when the case has no file. A
+    // failure rolls back and becomes HostError(StoreFailed).
+    void write(const std::function<void(Store *)> &body);
+
+    void checkOpen() const;
+
+private:
+    std::map<const TableDef *, qint64> m_nextId;
+};
+
+} // namespace Zarnoveld::detail

@@ -1,0 +1,135 @@
+#include "hostapplication.h"
+#include "hostapplication_p.h"
+
+#include "objects.h"
+#include "store.h"
+
+namespace Zarnoveld {
+
+using namespace VandrelApplication;
+using namespace detail;
+
+std::shared_ptr<DossierNode> detail::newDossierTree(CaseCore &core)
+{
+    auto dossier = std::make_shared<DossierNode>();
+    dossier->id = core.newId(DossierTable);
+    auto applicant = std::make_shared<AanvragerNode>();
+    applicant->id = core.newId(AanvragerTable);
+    applicant->v[AanvragerF::Categorie] = QVariant::fromValue<quint8>(1);
+    dossier->aanvragers.push_back(applicant);
+    return dossier;
+}
+
+HostApplication::HostApplication()
+    : d(std::make_unique<Private>())
+{
+}
+
+HostApplication::~HostApplication()
+{
+    // Handles may outlive the program's case object; they keep reading from memory, but the file
+    // is closed (and its lock released) now, so any later change is refused.
+    if (d->core) {
+        d->core->closed = true;
+        d->core->store.reset();
+    }
+}
+
+std::shared_ptr<HostApplication> HostApplication::createInMemory()
+{
+    std::shared_ptr<HostApplication> app(new HostApplication);
+    auto core = std::make_shared<CaseCore>();
+    core->params = builtInParameters();
+    core->dossier = newDossierTree(*core);
+    app->d->core = std::move(core);
+    return app;
+}
+
+std::shared_ptr<HostApplication> HostApplication::createFile(const QString &path)
+{
+    std::shared_ptr<HostApplication> app(new HostApplication);
+    auto core = std::make_shared<CaseCore>();
+    core->params = builtInParameters();
+    core->dossier = newDossierTree(*core);
+    core->store = Store::create(path, *core->dossier, core->params);
+    app->d->core = std::move(core);
+    return app;
+}
+
+std::shared_ptr<HostApplication> HostApplication::openFile(const QString &path)
+{
+    std::shared_ptr<HostApplication> app(new HostApplication);
+    auto core = std::make_shared<CaseCore>();
+    core->store = Store::open(path, core->dossier, core->params);
+    core->seedIds();
+    app->d->core = std::move(core);
+    return app;
+}
+
+KapitaalPtr HostApplication::createKapitaal()
+{
+    return makeKapitaal();
+}
+
+VerzekerdePtr HostApplication::createVerzekerde()
+{
+    return makeVerzekerde();
+}
+
+DossierPtr HostApplication::Get_Dossier()
+{
+    return d->core && d->core->dossier ? makeDossier(d->core) : nullptr;
+}
+
+ParametersPtr HostApplication::Get_Parameters()
+{
+    return makeParameters(d->core);
+}
+
+void HostApplication::ReportError(ErrorRecord &record)
+{
+    try {
+        d->errors.append(record);
+        if (d->handler)
+            d->handler(record);
+    } catch (...) {
+        // A failing handler must not turn an error report into a second error.
+    }
+}
+
+QString HostApplication::Title() const
+{
+    return d->title;
+}
+
+QIcon HostApplication::Icon() const
+{
+    return QIcon::fromTheme(QStringLiteral("accessories-calculator"));
+}
+
+void HostApplication::setTitle(const QString &title)
+{
+    d->title = title;
+}
+
+QList<ErrorRecord> HostApplication::reportedErrors() const
+{
+    return d->errors;
+}
+
+void HostApplication::clearReportedErrors()
+{
+    d->errors.clear();
+}
+
+void HostApplication::setErrorHandler(std::function<void(const ErrorRecord &)> handler)
+{
+    d->handler = std::move(handler);
+}
+
+QString HostApplication::filePath() const
+{
+    return d->core && d->core->store ? d->core->store->path() : QString();
+}
+
+} // namespace Zarnoveld

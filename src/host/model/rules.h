@@ -1,0 +1,18 @@
+#pragma once
+
+// The host's own date and age rules, as plain functions so they can be tested without a case.
+
+#include <QDate>
+
+namespace Zarnoveld::Rules {
+
+// Whole months completed from birth to date; 0 when either date is not filled.
+int ageOnDate(const QDate &birth, const QDate &date);
+// The start date that belongs to an age in months (see rules.cpp); null when it cannot be derived.
+QDate startDateForAge(const QDate &birth, int months);
+// Statutory AOW age in whole years for a birth date.
+int aowLeeftijd(const QDate &birth);
+// The date the participant's own income ends.
+QDate eindeInkomen(const QDate &birth);
+
+} // namespace Zarnoveld::Rules
