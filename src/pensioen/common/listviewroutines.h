@@ -29,6 +29,9 @@ QTreeWidgetItem *findByKey(QTreeWidget *list, const QString &key);
 
 qint16 lastSortedColumn();
 qint16 lastSortOrder();
+// The list's own sort order (Ascending or Descending), kept with the list; a new list is ascending.
+qint16 sortOrder(const QTreeWidget *list);
+void setSortOrder(QTreeWidget *list, qint16 order);
 
 void SortListView(QTreeWidget *list, qint16 column, qint16 dataType, qint16 valueSource, bool bold,
                   qint16 order);

@@ -1,0 +1,142 @@
+// PensMain::SetApplication on a case with 99 + 99 schemes, against the toolkit's floor: filling a
+// bare QTreeWidget with the same 198 x 10 texts. Also the median time to select another scheme
+// (validation of the shown one plus loading both data panels).
+
+#include "hostapplication.h"
+#include "pensmain.h"
+#include "penslist.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTreeWidget>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <vector>
+
+namespace {
+
+constexpr int SchemesPerParticipant = 99;
+
+std::shared_ptr<Zarnoveld::HostApplication> stressCase()
+{
+    static std::shared_ptr<Zarnoveld::HostApplication> app;
+    if (app)
+        return app;
+    app = Zarnoveld::HostApplication::createInMemory();
+    auto dossier = app->Get_Dossier();
+    dossier->Get_Aanvrager(1)->setGeboorteDatum(QDate(1968, 5, 4));
+    const qint16 partner = dossier->AddAanvrager();
+    dossier->Get_Aanvrager(partner)->setGeboorteDatum(QDate(1971, 9, 12));
+    for (qint16 anv = 1; anv <= partner; ++anv) {
+        auto aanvrager = dossier->Get_Aanvrager(anv);
+        for (int i = 0; i < SchemesPerParticipant; ++i) {
+            auto pensioen = aanvrager->Get_Pensioen(aanvrager->AddPension());
+            pensioen->setHuidigeWerkgever(i == 0);
+            pensioen->setUitvoerder(QStringLiteral("Uitvoerder %1").arg(i + 1));
+            pensioen->setSoortRegeling(qint16(1 + i % 3));
+            pensioen->setBedragTOP(1000 + i);
+            pensioen->setBedragPP(2000 + i);
+            pensioen->setBedragIP(3000 + i);
+        }
+    }
+    return app;
+}
+
+void BM_BareTreeFill(benchmark::State &state)
+{
+    // The same texts the list shows, prepared once: the floor is the toolkit's own work.
+    std::vector<QStringList> rows;
+    for (int r = 0; r < 2 * SchemesPerParticipant; ++r) {
+        QStringList texts;
+        for (int c = 0; c < 10; ++c)
+            texts << QStringLiteral("%1.%2").arg(r).arg(c);
+        rows.push_back(texts);
+    }
+    QTreeWidget tree;
+    tree.setColumnCount(10);
+    tree.resize(660, 150);
+    tree.show();
+    for (auto _ : state) {
+        tree.clear();
+        for (const QStringList &texts : rows)
+            new QTreeWidgetItem(&tree, texts);
+        tree.setCurrentItem(tree.topLevelItem(0));
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(BM_BareTreeFill)->Unit(benchmark::kMicrosecond);
+
+void BM_SetApplication(benchmark::State &state)
+{
+    auto app = stressCase();
+    VandrelPensioen::PensMain main;
+    main.show();
+    for (auto _ : state) {
+        main.SetApplication(app);
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(BM_SetApplication)->Unit(benchmark::kMicrosecond);
+
+void BM_SelectScheme(benchmark::State &state)
+{
+    auto app = stressCase();
+    VandrelPensioen::PensMain main;
+    main.show();
+    main.SetApplication(app);
+    auto *list = main.findChild<QTreeWidget *>(QStringLiteral("LstPensioenen"));
+    std::vector<double> times;
+    int row = 0;
+    for (auto _ : state) {
+        row = (row + 37) % list->topLevelItemCount();
+        QElapsedTimer timer;
+        timer.start();
+        list->setCurrentItem(list->topLevelItem(row));   // what a click or an arrow key does
+        times.push_back(timer.nsecsElapsed() / 1e6);
+    }
+    std::sort(times.begin(), times.end());
+    if (!times.empty())
+        state.counters["median_ms"] = times[times.size() / 2];
+}
+BENCHMARK(BM_SelectScheme)->Unit(benchmark::kMicrosecond);
+
+// Prints the ratio of SetApplication to the bare fill after the normal report.
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs)
+            if (run.run_type == Run::RT_Iteration)
+                m_times[run.benchmark_name()] = run.GetAdjustedRealTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+    void Finalize() override
+    {
+        ConsoleReporter::Finalize();
+        const auto bare = m_times.find("BM_BareTreeFill");
+        const auto pens = m_times.find("BM_SetApplication");
+        if (bare != m_times.end() && pens != m_times.end() && bare->second > 0)
+            std::printf("SetApplication / bare QTreeWidget fill: %.2f (target <= 2)\n",
+                        pens->second / bare->second);
+    }
+
+private:
+    std::map<std::string, double> m_times;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}
