@@ -25,10 +25,19 @@ public:
     QColor BackColor() const;
     void setBackColor(const QColor &colour);
 
+    // The scheme the two data panels show (0, 0 when none); for hosts that report on it.
+    qint16 shownAanvrager() const;
+    qint16 shownPensioen() const;
+    // Room for the three panels at their designed sizes.
+    QSize sizeHint() const override;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    // Removes the schemes marked RemoveOnClose; runs once, at quit or destruction.
+    void terminateNow();
+
     class Private;
     std::unique_ptr<Private> d;
 };

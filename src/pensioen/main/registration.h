@@ -16,12 +16,16 @@ inline constexpr const char *TypeLibraryDescription = "VandrelPensioen";
 inline constexpr const char *ClassId = "{6E0B7B52-3C1D-4F0A-9B52-5A8C2D7E4F10}";
 inline constexpr const char *InterfaceId = "{6E0B7B53-3C1D-4F0A-9B52-5A8C2D7E4F10}";
 inline constexpr const char *EventInterfaceId = "{6E0B7B54-3C1D-4F0A-9B52-5A8C2D7E4F10}";
+// The class factory's own interface (the standard one of in-process component libraries).
+inline constexpr const char *ClassFactoryId = "{00000001-0000-0000-C000-000000000046}";
 
 // Result codes of the entry points.
 inline constexpr long S_OK = 0;
 inline constexpr long S_FALSE = 1;
 inline constexpr long E_FAIL = static_cast<long>(0x80004005L);
 inline constexpr long CLASS_E_CLASSNOTAVAILABLE = static_cast<long>(0x80040111L);
+inline constexpr long E_NOINTERFACE = static_cast<long>(0x80004002L);
+inline constexpr long E_POINTER = static_cast<long>(0x80004003L);
 
 // The per-user registry folder: $VANDREL_COMPONENT_REGISTRY, else $XDG_DATA_HOME/vandrel/components.
 VANDRELPENSIOEN_EXPORT QString registryFolder();

@@ -1,0 +1,10 @@
+#pragma once
+
+// How many PensMain objects live in this process; the class factory answers DllCanUnloadNow
+// from it.
+
+namespace VandrelPensioen::LiveCount {
+
+int pensMainObjects();
+
+} // namespace VandrelPensioen::LiveCount
