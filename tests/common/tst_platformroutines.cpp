@@ -92,11 +92,17 @@ void TestPlatformRoutines::nothingRescaledAtNinetySixDpi()
     label->setObjectName(QStringLiteral("lblNaam"));
     label->setGeometry(100, 50, 200, 30);
     label->setFont(pointFont(10));
+    auto *inheriting = new QLabel(QStringLiteral("Datum"), &form);
+    inheriting->setObjectName(QStringLiteral("lblDatum"));
 
     ScaleToScreen(&form);
     QCOMPARE(form.size(), QSize(400, 300));
     QCOMPARE(label->geometry(), QRect(100, 50, 200, 30));
     QCOMPARE(label->font().pointSizeF(), 10.0);
+    // Untouched means untouched: a control that took its font from the form still does.
+    QVERIFY(!inheriting->testAttribute(Qt::WA_SetFont));
+    form.setFont(pointFont(14));
+    QCOMPARE(inheriting->font().pointSizeF(), 14.0);
 
     Detail::scaleToScreen(&form, {}, 15, 15);
     QCOMPARE(form.size(), QSize(400, 300));
