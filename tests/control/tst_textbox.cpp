@@ -4,6 +4,7 @@
 #include "usersim.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QLocale>
 #include <QMessageBox>
 #include <QSignalSpy>
@@ -50,7 +51,7 @@ struct Checker
 {
     explicit Checker(TextBox *box)
     {
-        QObject::connect(box, &TextBox::Validate, box, [this, box](bool &cancel) {
+        connection = QObject::connect(box, &TextBox::Validate, box, [this, box](bool &cancel) {
             ++calls;
             seenValue = box->value();
             seenDate = box->date();
@@ -61,6 +62,11 @@ struct Checker
                 cancel = true;
         });
     }
+    ~Checker() { QObject::disconnect(connection); }
+    Checker(const Checker &) = delete;
+    Checker &operator=(const Checker &) = delete;
+
+    QMetaObject::Connection connection;
     int calls = 0;
     bool cancelNext = false;
     double seenValue = -1;
@@ -109,6 +115,8 @@ private Q_SLOTS:
     void otherWindowTakingFocusDoesNotValidate();
     void handlerPuttingFocusElsewhereIsRespected();
     void kindAndDecimalsReformatCodeValue();
+    void closingDialogDoesNotValidate();
+    void handlerMovingFocusOnEnterDoesNotValidateAgain();
 
 private:
     std::unique_ptr<Form> form;
@@ -599,7 +607,9 @@ void TestTextBox::otherWindowTakingFocusDoesNotValidate()
     Checker a(form->txtA);
     typeInto(form->txtA, QStringLiteral("iets"));
     QWidget other;
+    auto *elsewhere = new QLineEdit(&other);
     QVERIFY(showActive(&other));
+    QCOMPARE(QApplication::focusWidget(), elsewhere);
     QCOMPARE(a.calls, 0);
     QVERIFY(showActive(form.get()));
     QCOMPARE(a.calls, 0);
@@ -634,6 +644,46 @@ void TestTextBox::kindAndDecimalsReformatCodeValue()
     form->txtA->setValue(1234567.4);
     QCOMPARE(form->txtA->text(), QStringLiteral("1.234.567"));
     QVERIFY(form->txtA->isReadable());
+}
+
+void TestTextBox::closingDialogDoesNotValidate()
+{
+    MessageRecorder recorder;
+    QDialog dialog;
+    auto *layout = new QVBoxLayout(&dialog);
+    auto *field = new TextBox(&dialog);
+    field->setKind(FieldKind::Amount);
+    layout->addWidget(field);
+    layout->addWidget(new TextBox(&dialog));
+    QVERIFY(showActive(&dialog));
+    Checker c(field);
+    typeInto(field, QStringLiteral("12.34"));
+    QTest::keyClick(field, Qt::Key_Escape);
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    QCOMPARE(c.calls, 0);
+    QCOMPARE(recorder.count(), 0);
+
+    // Code taking the focus away to nowhere is no leave either.
+    QVERIFY(showActive(form.get()));
+    Checker a(form->txtA);
+    typeInto(form->txtA, QStringLiteral("1"));
+    form->txtA->clearFocus();
+    QCOMPARE(a.calls, 0);
+}
+
+void TestTextBox::handlerMovingFocusOnEnterDoesNotValidateAgain()
+{
+    // While its own check runs the field is still focused; a handler that moves the focus must
+    // not start the same check a second time.
+    Checker a(form->txtA);
+    Checker b(form->txtB);
+    a.onValidate = [&] { form->txtB->setFocus(Qt::OtherFocusReason); };
+    typeInto(form->txtA, QStringLiteral("x"));
+    pressEnter(form->txtA);
+    QCOMPARE(a.calls, 1);
+    QCOMPARE(b.calls, 0);
+    QCOMPARE(QApplication::focusWidget(), form->txtB);
 }
 
 QTEST_MAIN(TestTextBox)

@@ -385,7 +385,10 @@ void TextBox::focusOutEvent(QFocusEvent *event)
         // Another window (a message box among them) taking the focus is not leaving the field.
         return;
     }
+    // Focus going nowhere is a window closing or hiding the field, not the user moving on.
     QWidget *target = QApplication::focusWidget();
+    if (!target || !isVisible())
+        return;
     if (auto *button = qobject_cast<ActionButton *>(target); button && !button->causesValidation())
         return;
 
