@@ -29,13 +29,23 @@ void Hint::setHintText(const QString &text)
 
 void Hint::mousePressEvent(QMouseEvent *event)
 {
-    // Pointing shows the balloon as a tool tip; a click shows it at once, for those who click.
     if (event->button() == Qt::LeftButton && !m_text.isEmpty()) {
-        QToolTip::showText(mapToGlobal(rect().bottomLeft()), m_text, this);
         event->accept();
         return;
     }
     QLabel::mousePressEvent(event);
+}
+
+void Hint::mouseReleaseEvent(QMouseEvent *event)
+{
+    // Pointing shows the balloon as a tool tip; a click shows it at once. Shown on release: a tool
+    // tip closes on any mouse button event, so one opened on press would vanish straight away.
+    if (event->button() == Qt::LeftButton && !m_text.isEmpty() && rect().contains(event->position().toPoint())) {
+        QToolTip::showText(mapToGlobal(rect().bottomLeft()), m_text, this);
+        event->accept();
+        return;
+    }
+    QLabel::mouseReleaseEvent(event);
 }
 
 } // namespace VandrelControl
