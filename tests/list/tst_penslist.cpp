@@ -3,7 +3,9 @@
 
 #include "hostapplication.h"
 #include "listviewroutines.h"
+#include "nullmodel.h"
 #include "penslist.h"
+#include "platformroutines.h"
 #include "usersim.h"
 
 #include <QAction>
@@ -40,6 +42,29 @@ public:
     QString Title() const override { return QStringLiteral("Test"); }
     QIcon Icon() const override { return {}; }
     DossierPtr dossier = std::make_shared<EmptyDossier>();
+};
+
+// One participant with one scheme that has no old-age row.
+class RowlessPensioen : public TestModel::NullPensioen
+{
+public:
+    bool HuidigeWerkgever() const override { return true; }
+    double BedragTOP() const override { return 987654.4; }
+};
+
+class OneSchemeAanvrager : public TestModel::NullAanvrager
+{
+public:
+    qint16 Anv_Id() const override { return 1; }
+    PensioenPtr Get_Pensioen(qint16 Pen_Id) override { return Pen_Id == 1 ? scheme : nullptr; }
+    PensioenPtr scheme = std::make_shared<RowlessPensioen>();
+};
+
+class OneSchemeDossier : public EmptyDossier
+{
+public:
+    AanvragerPtr Get_Aanvrager(qint16 Anv_Id) override { return Anv_Id == 1 ? aanvrager : nullptr; }
+    AanvragerPtr aanvrager = std::make_shared<OneSchemeAanvrager>();
 };
 
 struct Event
@@ -150,9 +175,10 @@ private Q_SLOTS:
         first->setBedragTOP(1234.4);
         first->setBedragPP(23456);
         first->setBedragIP(7890.6);
-        const qint16 row = first->AddOuderdomRegel();
-        first->Get_OuderdomRegel(row)->setBedragOP(12345);
-        first->Get_OuderdomRegel(row)->setBedragPreP(500);
+        if (first->OuderdomRegelCount() == 0)
+            first->AddOuderdomRegel();
+        first->Get_OuderdomRegel(1)->setBedragOP(12345);
+        first->Get_OuderdomRegel(1)->setBedragPreP(500);
         auto second = scheme(app, 1, 2);
         second->setHuidigeWerkgever(false);
         second->setSoortRegeling(SoortRegeling::BeschikbarePremie);
@@ -176,17 +202,27 @@ private Q_SLOTS:
         QCOMPARE(VandrelPensioen::ListView::key(b), QStringLiteral("@102"));
         QCOMPARE(b->text(0), QStringLiteral("Vorige"));
         QCOMPARE(b->text(2), QStringLiteral("Beschikbare premie"));
-        // No old-age row: PP and OP hold a single space.
-        if (second->OuderdomRegelCount() == 0) {
-            QCOMPARE(b->text(4), QStringLiteral(" "));
-            QCOMPARE(b->text(5), QStringLiteral(" "));
-        }
         QCOMPARE(b->text(8), QStringLiteral(" "));
 
         QTreeWidgetItem *c = m_view->topLevelItem(2);
         QCOMPARE(VandrelPensioen::ListView::key(c), QStringLiteral("@201"));
         QCOMPARE(c->text(2), QStringLiteral("Eindloon"));
         QCOMPARE(c->text(3), QStringLiteral("Partner"));
+    }
+
+    void schemeWithoutOldAgeRowShowsSpaces()
+    {
+        auto app = std::make_shared<EmptyApplication>();
+        app->dossier = std::make_shared<OneSchemeDossier>();
+        m_list->SetApplication(app);
+        QCOMPARE(m_view->topLevelItemCount(), 1);
+        QTreeWidgetItem *row = m_view->topLevelItem(0);
+        QCOMPARE(row->text(0), QStringLiteral("Huidige"));
+        QCOMPARE(row->text(2), QString());   // no scheme type chosen yet
+        QCOMPARE(row->text(4), QStringLiteral(" "));
+        QCOMPARE(row->text(5), QStringLiteral(" "));
+        QCOMPARE(row->text(6), QStringLiteral("987.654"));
+        QCOMPARE(row->text(8), QStringLiteral(" "));
     }
 
     void unknownIdentifiersSelectTheFirstRow()
