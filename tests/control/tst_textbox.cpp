@@ -407,6 +407,12 @@ void TestTextBox::typedTextIsShownFormatted()
     enter(form->txtB, QStringLiteral("1-2-2024"));
     QCOMPARE(form->txtB->text(), QStringLiteral("01-02-2024"));
     QCOMPARE(form->txtB->date(), QDate(2024, 2, 1));
+    // A handler that sets the value itself keeps its exact value, even when it shows the same.
+    a.onValidate = [&] { form->txtA->setValue(624.99375); };
+    enter(form->txtA, QStringLiteral("625"));
+    QCOMPARE(form->txtA->text(), QStringLiteral("625"));
+    QCOMPARE(form->txtA->value(), 624.99375);
+    a.onValidate = nullptr;
     // A cancelled check leaves the text as typed.
     a.cancelNext = true;
     enter(form->txtA, QStringLiteral("99999"));

@@ -123,6 +123,7 @@ public:
     bool userEdited = false;
     bool focused = false;
     bool checking = false;
+    int codeSets = 0;
     CharacterFilter *filter = nullptr;
 
     QString formatted(double v) const
@@ -189,6 +190,7 @@ public:
 
     void showCode(const QString &text)
     {
+        ++codeSets;
         codeText = text;
         userEdited = false;
         q->setText(text);
@@ -219,10 +221,12 @@ public:
         }
         bool cancel = false;
         const QString before = q->text();
+        const int setsBefore = codeSets;
         Q_EMIT q->Validate(cancel);
         if (cancel)
             return Outcome::Cancelled;
-        if (q->text() == before)
+        // A handler that wrote the field itself has the last word, even with the same text.
+        if (q->text() == before && codeSets == setsBefore)
             normalizeTypedText();
         return Outcome::Passed;
     }
