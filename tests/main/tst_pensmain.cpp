@@ -273,7 +273,8 @@ private Q_SLOTS:
         // What belonged to the old participant is not taken along.
         QCOMPARE(moved->Dienstjaren(), qint16(0));
         QCOMPARE(moved->Salaris(), 0.0);
-        QVERIFY(!isFilled(moved->Dt_65()));
+        // Loading the moved scheme may derive the date again, from the new participant.
+        QVERIFY(moved->Dt_65() != QDate(2035, 3, 1));
         QVERIFY(moved->DienstverbandKey().isEmpty());
         QVERIFY(!isFilled(moved->Dt_PensioenIngang()));
 
