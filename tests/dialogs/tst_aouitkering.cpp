@@ -311,6 +311,41 @@ private Q_SLOTS:
         QCOMPARE(w<QPushButton>(dialog.get(), "cmdDelete")->toolTip(), QStringLiteral("Verwijderen staffelregel"));
     }
 
+    void applicationIconAndPresetCancel()
+    {
+        // A host with an icon of its own: the dialog shows it.
+        class IconHost : public Application
+        {
+        public:
+            DossierPtr Get_Dossier() override { return nullptr; }
+            ParametersPtr Get_Parameters() override { return nullptr; }
+            void ReportError(ErrorRecord &) override {}
+            QString Title() const override { return QStringLiteral("Host"); }
+            QIcon Icon() const override
+            {
+                QPixmap pixmap(16, 16);
+                pixmap.fill(Qt::red);
+                return QIcon(pixmap);
+            }
+        };
+        auto host = std::make_shared<IconHost>();
+        const Owner owner = makeOwner(QStringLiteral("Kapitaal"));
+        auto dialog = open(owner);
+        dialog->setApplication(host);
+        QCOMPARE(dialog->windowIcon().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::red));
+        // An empty schedule fails the full check, but a Cancel set by the caller stays set and
+        // nothing more is checked or shown.
+        MessageRecorder messages;
+        bool Cancel = true;
+        dialog->Validation(Cancel, 0);
+        QVERIFY(Cancel);
+        QCOMPARE(messages.count(), 0);
+        Cancel = false;
+        dialog->Validation(Cancel, 0);
+        QVERIFY(Cancel);
+        QCOMPARE(messages.lastText(), QStringLiteral("'AO% tot' moet 100% zijn in de laatste regel van de staffel."));
+    }
+
     void listColumnsAndKeys()
     {
         const Owner owner = makeOwner(QStringLiteral("Pensioen"));
