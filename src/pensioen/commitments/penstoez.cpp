@@ -740,8 +740,10 @@ void PensToez::Private::validationChecks(bool &Cancel, qint32 code)
             fail(ui->txtLeeftijdOPJr,
                  QStringLiteral("De ingangsleeftijd van het ouderdomspensioen moet tussen 50 en 99 jaar liggen."),
                  kTitleToezeggingen);
-        else if (Rules::joinMonths(years, whole(ui->txtLeeftijdOPMnd))
-                 < Rules::joinMonths(whole(ui->txtLeeftijdPrePJr), whole(ui->txtLeeftijdPrePMnd)))
+        // A PreP that is switched off may still show an old age; it must not hold the OP back.
+        else if (enabledOwn(ui->txtLeeftijdPrePJr, q)
+                 && Rules::joinMonths(years, whole(ui->txtLeeftijdOPMnd))
+                        < Rules::joinMonths(whole(ui->txtLeeftijdPrePJr), whole(ui->txtLeeftijdPrePMnd)))
             fail(ui->txtLeeftijdOPJr,
                  QStringLiteral("De ingangsleeftijd van het ouderdomspensioen moet hoger dan de "
                                 "ingangsleeftijd van het prepensioen zijn."),
