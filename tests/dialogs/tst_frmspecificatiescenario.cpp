@@ -8,7 +8,9 @@
 #include "textbox.h"
 #include "usersim.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTest>
@@ -23,6 +25,23 @@ using VandrelPensioen::frmSpecificatieScenario;
 namespace {
 
 const QString kOnjuist = QStringLiteral("Onjuiste invoer");
+
+// Every visible control lies inside its parent and shows its whole text; the picture goes to the
+// build folder for a person to look at.
+void checkLayoutAndGrab(QWidget *dialog, const QString &file)
+{
+    dialog->resize(dialog->sizeHint().expandedTo(dialog->minimumSizeHint()));
+    QApplication::processEvents();
+    const auto children = dialog->findChildren<QWidget *>();
+    for (QWidget *child : children) {
+        if (!child->isVisible() || !child->parentWidget() || child->objectName().startsWith(QLatin1String("qt_")))
+            continue;
+        QVERIFY2(child->parentWidget()->rect().contains(child->geometry()), qPrintable(child->objectName()));
+        if (qobject_cast<QLabel *>(child) || qobject_cast<QAbstractButton *>(child))
+            QVERIFY2(child->width() >= child->sizeHint().width(), qPrintable(child->objectName()));
+    }
+    QVERIFY(dialog->grab().save(QStringLiteral(VANDREL_BINARY_DIR "/") + file));
+}
 
 // Passes everything to the host's scenario and counts what would change it; it can also fail a
 // write the way a host does when its file refuses.
@@ -423,6 +442,13 @@ private Q_SLOTS:
         m_dialog->Validation(Cancel, 1);
         QVERIFY(Cancel);
         QCOMPARE(messages.count(), 1);
+    }
+
+    void nothingClippedOrOverlapping()
+    {
+        MessageRecorder messages;
+        openStandard();
+        checkLayoutAndGrab(m_dialog.get(), QStringLiteral("frmspecificatiescenario.png"));
     }
 };
 

@@ -218,6 +218,7 @@ void frmSpecificatieScenario::Private::Fill_ListView()
         header->setData(0, KeyRole, QStringLiteral("DATUM"));
         header->setText(1, QStringLiteral("Bedrag"));
         header->setData(1, KeyRole, QStringLiteral("BEDRAG"));
+        header->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
         // Each column keeps half of the list's width, also when the dialog is resized.
         list->header()->setStretchLastSection(false);
         list->header()->setSectionResizeMode(QHeaderView::Stretch);
