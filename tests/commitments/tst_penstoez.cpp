@@ -12,6 +12,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
+#include <QTimer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -126,6 +128,27 @@ void addScenarioRows(Case &c, int count)
         regel->setMaand(qint16(i + 1));
         regel->setBedrag(1000 * (i + 1));
     }
+}
+
+// Runs body on the modal dialog as soon as it is up; a dialog that body leaves open is closed
+// afterwards so that a failing test cannot hang.
+void onModalDialog(std::function<void(QDialog *)> body, QString *className = nullptr)
+{
+    auto *timer = new QTimer;
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, body, className] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        if (className)
+            *className = QString::fromLatin1(dialog->metaObject()->className());
+        body(dialog);
+        if (dialog->isVisible())
+            dialog->reject();
+    });
+    timer->start();
 }
 
 } // namespace
@@ -507,6 +530,71 @@ private Q_SLOTS:
         panel->SetApplication(c.app, 1, c.penId);
         QCOMPARE(combo->currentIndex(), 1);
         QCOMPARE(c.pen->AoUitkeringItem(2)->Pc_Uitkering(), 60.0f);
+    }
+
+    // --- dialogs ---------------------------------------------------------------------------
+
+    void specificationDialogClosedWithoutChanges()
+    {
+        Case theCase = fullCase();
+        theCase.pen->setHeeftSpecificatie(true);
+        bind(theCase);
+        auto *button = w<QAbstractButton>("cmdPensioenSpecificatie");
+        QVERIFY(button->isVisible());
+        const QStringList before = fingerprint(c);
+        QSignalSpy info(panel.get(), &PensToez::InfoChanged);
+        QString opened;
+        QWidget *owner = nullptr;
+        onModalDialog([&](QDialog *dialog) { owner = dialog->parentWidget(); dialog->close(); }, &opened);
+        click(button);
+        QCOMPARE(opened, QStringLiteral("VandrelPensioen::frmPensioenSpec"));
+        QCOMPARE(owner, panel.get());
+        QCOMPARE(fingerprint(c), before);
+        QCOMPARE(info.count(), 0);
+    }
+
+    void specificationDialogChangingTheOPMovesItsFollowers()
+    {
+        Case theCase = fullCase();
+        theCase.pen->setHeeftSpecificatie(true);
+        theCase.row()->setLeeftijd(65 * 12);
+        bind(theCase);
+        MessageRecorder messages;
+        QSignalSpy info(panel.get(), &PensToez::InfoChanged);
+        onModalDialog([&](QDialog *dialog) {
+            enter(find<TextBox>(dialog, QStringLiteral("txtOP")), QStringLiteral("20000"));
+            click(find<QAbstractButton>(dialog, QStringLiteral("cmdOk")));
+        });
+        click(w<QAbstractButton>("cmdPensioenSpecificatie"));
+        QCOMPARE(messages.count(), 0);
+        QCOMPARE(c.row()->BedragOP(), 20000.0);
+        QCOMPARE(c.pen->BedragPP(), 14000.0);
+        QCOMPARE(c.pen->BedragPPNaAow(), 14000.0);
+        QCOMPARE(c.pen->BedragPPna65(), 14000.0);
+        QCOMPARE(c.pen->BedragPpNa65TotAow(), 14000.0);
+        QCOMPARE(c.pen->BedragWzP(), 2800.0);
+        QCOMPARE(c.pen->BedragIP(), 1000.0);
+        QCOMPARE(w("txtOP")->text(), QStringLiteral("20.000"));
+        QCOMPARE(w("txtPP")->text(), QStringLiteral("14.000"));
+        QVERIFY(c.pen->TOP());
+        QCOMPARE(info.count(), 1);
+    }
+
+    void scenarioAndScheduleDialogsOpen()
+    {
+        bind(fullCase());
+        QString opened;
+        QWidget *owner = nullptr;
+        onModalDialog([&](QDialog *dialog) { owner = dialog->parentWidget(); }, &opened);
+        click(w<QAbstractButton>("cmdScenarioOudersomspensioen"));
+        QCOMPARE(opened, QStringLiteral("VandrelPensioen::frmSpecificatieScenario"));
+        QCOMPARE(owner, panel.get());
+
+        opened.clear();
+        onModalDialog([&](QDialog *) {}, &opened);
+        click(w<QAbstractButton>("cmdUitkeringSoort"));
+        QCOMPARE(opened, QStringLiteral("VandrelPensioen::frmAoUitkering"));
+        QVERIFY(c.app->reportedErrors().isEmpty());
     }
 
     // --- checks ----------------------------------------------------------------------------

@@ -2,6 +2,9 @@
 
 #include "commitmentrules.h"
 #include "errortrap.h"
+#include "frmaouitkering.h"
+#include "frmpensioenspec.h"
+#include "frmspecificatiescenario.h"
 #include "formats.h"
 #include "messagebox.h"
 #include "platformroutines.h"
@@ -152,6 +155,9 @@ public:
     void chkAnwClick();
     void cboUitkeringSoortClick(int index);
     void warningClicked(int index);
+    void cmdPensioenSpecificatieClick();
+    void cmdScenarioOudersomspensioenClick();
+    void cmdUitkeringSoortClick();
 
     // Field handlers.
     void amountValidation(const PcCommitment &c, bool &Cancel);
@@ -224,6 +230,13 @@ void PensToez::Private::connectHandlers()
                      [this] { warningClicked(0); });
     QObject::connect(ui->cmdWarningDubbelTellen_1, &QAbstractButton::clicked, q,
                      [this] { warningClicked(1); });
+
+    QObject::connect(ui->cmdPensioenSpecificatie, &QAbstractButton::clicked, q,
+                     [this] { cmdPensioenSpecificatieClick(); });
+    QObject::connect(ui->cmdScenarioOudersomspensioen, &QAbstractButton::clicked, q,
+                     [this] { cmdScenarioOudersomspensioenClick(); });
+    QObject::connect(ui->cmdUitkeringSoort, &QAbstractButton::clicked, q,
+                     [this] { cmdUitkeringSoortClick(); });
 
     QObject::connect(ui->txtOP, &TextBox::Validate, q, [this](bool &Cancel) { txtOPValidation(Cancel); });
     QObject::connect(ui->txtPreP, &TextBox::Validate, q, [this](bool &Cancel) {
@@ -632,6 +645,55 @@ void PensToez::Private::cboUitkeringSoortClick(int index)
         band->setPc_AoTot(100.0f);
         band->setPc_Uitkering(soort == UitkeringSoort::Volledig ? 100.0f : -1.0f);
         infoChanged();
+    });
+}
+
+// --- dialogs -------------------------------------------------------------------------------
+
+void PensToez::Private::cmdPensioenSpecificatieClick()
+{
+    if (!bound())
+        return;
+    trap.run("cmdPensioenSpecificatie_Click", [&] {
+        frmPensioenSpec dialog(q);
+        dialog.SetApplication(application, anvId, penId);
+        dialog.exec();
+        if (!dialog.In_Changed())
+            return;
+        // The dialog may have removed and re-added rows: pick up whatever is row 1 now.
+        if (pensioen->OuderdomRegelCount() < 1)
+            pensioen->AddOuderdomRegel();
+        regel = pensioen->Get_OuderdomRegel(1);
+        recomputeFollowers();
+        fillControls();
+        chkTOPClick(false);
+        infoChanged();
+    });
+}
+
+void PensToez::Private::cmdScenarioOudersomspensioenClick()
+{
+    if (!bound())
+        return;
+    trap.run("cmdScenarioOudersomspensioen_Click", [&] {
+        const QDate birth = aanvrager->GeboorteDatum();
+        frmSpecificatieScenario dialog(q);
+        dialog.Set_Application(application, regel->ScenarioOP(), regel->Dt_IngangOP(),
+                               isFilled(birth) ? birth.addYears(100) : QDate());
+        dialog.exec();
+    });
+}
+
+void PensToez::Private::cmdUitkeringSoortClick()
+{
+    if (!bound())
+        return;
+    trap.run("cmdUitkeringSoort_Click", [&] {
+        frmAoUitkering dialog(q);
+        dialog.setApplication(application);
+        dialog.setPensioen(pensioen);
+        dialog.Fill_Form();
+        dialog.exec();
     });
 }
 
