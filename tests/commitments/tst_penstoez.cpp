@@ -259,6 +259,22 @@ private Q_SLOTS:
         QVERIFY(!w<QAbstractButton>("cmdPensioenSpecificatie")->isVisibleTo(panel.get()));
     }
 
+    void backColorLeavesOwnColoursAlone()
+    {
+        bind(fullCase());
+        auto *chk = w<QCheckBox>("chkOP");
+        auto *label = w<QWidget>("lblJaar");
+        QPalette own = label->palette();
+        own.setColor(label->backgroundRole(), Qt::yellow);
+        label->setPalette(own);
+        const QColor colour(200, 220, 240);
+        panel->setBackColor(colour);
+        QCOMPARE(panel->BackColor(), colour);
+        QCOMPARE(panel->property("BackColor").value<QColor>(), colour);
+        QCOMPARE(chk->palette().color(chk->backgroundRole()), colour);
+        QCOMPARE(label->palette().color(label->backgroundRole()), QColor(Qt::yellow));
+    }
+
     // --- check boxes -----------------------------------------------------------------------
 
     void tickingAPartnerPension_data()

@@ -88,6 +88,7 @@ public:
     explicit Private(PensToez *q)
         : q(q)
         , ui(std::make_unique<Ui::PensToez>())
+        // The subject is the panel's own caption, the name the user knows it by.
         , trap(QStringLiteral("PensToez"), kTitleToezeggingen)
     {
     }
