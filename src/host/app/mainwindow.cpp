@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QSettings>
@@ -50,12 +51,18 @@ MainWindow::MainWindow(QWidget *parent)
     }
 
     auto *file = menuBar()->addMenu(QStringLiteral("&Bestand"));
-    file->addAction(QStringLiteral("Nieuw dossier uit voorbeeld..."), this, &MainWindow::newFromExample);
-    file->addAction(QStringLiteral("&Openen..."), this, &MainWindow::openFile);
-    file->addAction(QStringLiteral("&Importeren..."), this, &MainWindow::importJson);
-    file->addAction(QStringLiteral("&Exporteren..."), this, &MainWindow::exportJson);
+    file->setObjectName(QStringLiteral("mnuBestand"));
+    const auto action = [this, file](const char *name, const QString &text, auto slot, QKeySequence keys = {}) {
+        QAction *act = file->addAction(text, this, slot);
+        act->setObjectName(QLatin1String(name));
+        act->setShortcut(keys);
+    };
+    action("actNieuwUitVoorbeeld", QStringLiteral("Nieuw dossier uit voorbeeld..."), &MainWindow::newFromExample);
+    action("actOpenen", QStringLiteral("&Openen..."), &MainWindow::openFile, QKeySequence::Open);
+    action("actImporteren", QStringLiteral("&Importeren..."), &MainWindow::importJson);
+    action("actExporteren", QStringLiteral("&Exporteren..."), &MainWindow::exportJson);
     file->addSeparator();
-    file->addAction(QStringLiteral("&Afsluiten"), this, &QWidget::close);
+    action("actAfsluiten", QStringLiteral("&Afsluiten"), &QWidget::close, QKeySequence(Qt::CTRL | Qt::Key_Q));
 
     QSettings settings;
     if (!restoreGeometry(settings.value(QStringLiteral("venster/geometrie")).toByteArray()))
@@ -67,6 +74,12 @@ MainWindow::~MainWindow() = default;
 
 bool MainWindow::openCase(const QString &path, QString *error)
 {
+    // The pension screen has already told the user what is wrong; the old case stays open.
+    if (!leavePensionScreen()) {
+        if (error)
+            *error = QStringLiteral("Het dossier is niet gewisseld: herstel eerst de fout op het pensioenscherm.");
+        return false;
+    }
     try {
         setCase(Commands::openOrImport(path));
         return true;

@@ -226,6 +226,7 @@ void ParticipantsScreen::buildSide(Side &side, const QString &title)
                                            QStringLiteral("Einddatum"), QStringLiteral("Salaris"),
                                            QStringLiteral("Meetellen tot")});
     side.dienstverbanden->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    side.dienstverbanden->headerItem()->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
     column->addWidget(side.dienstverbanden);
 
     auto *buttons = new QHBoxLayout;
@@ -251,7 +252,12 @@ void ParticipantsScreen::buildSide(Side &side, const QString &title)
             return;
         guarded([&] {
             const qint16 index = p->AddDienstverband();
-            editEmployment(side, index);
+            // The record exists before the dialog so the dialog edits the real thing; a user who
+            // cancels expects no empty employment left behind.
+            if (!editEmployment(side, index))
+                if (p->Get_Dienstverband(index))
+                    p->RemoveDienstverband(index);
+            loadSide(side);
         });
     });
     connect(side.edit, &QPushButton::clicked, this, [this, &side, selectedIndex] {
@@ -267,8 +273,15 @@ void ParticipantsScreen::buildSide(Side &side, const QString &title)
         const qint16 index = selectedIndex();
         if (!p || !index)
             return;
-        if (!MessageBox::yesNo(this, QStringLiteral("Wilt u dit dienstverband verwijderen?"),
-                               QStringLiteral("Dienstverband verwijderen")))
+        // A scheme that names this employment would silently lose it; say so before asking.
+        bool inUse = false;
+        if (auto employment = p->Get_Dienstverband(index))
+            for (qint16 k = 1; auto scheme = p->Get_Pensioen(k); ++k)
+                inUse = inUse || scheme->DienstverbandKey() == employment->Key();
+        const QString question = inUse
+            ? QStringLiteral("Dit dienstverband is gekozen bij een pensioenregeling. Wilt u het toch verwijderen?")
+            : QStringLiteral("Wilt u dit dienstverband verwijderen?");
+        if (!MessageBox::yesNo(this, question, QStringLiteral("Dienstverband verwijderen")))
             return;
         guarded([&] {
             p->RemoveDienstverband(index);
@@ -277,17 +290,18 @@ void ParticipantsScreen::buildSide(Side &side, const QString &title)
     });
 }
 
-void ParticipantsScreen::editEmployment(Side &side, qint16 index)
+bool ParticipantsScreen::editEmployment(Side &side, qint16 index)
 {
     auto p = participant(side);
     if (!p)
-        return;
+        return false;
     auto employment = p->Get_Dienstverband(index);
     if (!employment)
-        return;
+        return false;
     EmploymentDialog dialog(employment, this);
-    dialog.exec();
+    const bool accepted = dialog.exec() == QDialog::Accepted;
     loadSide(side);
+    return accepted;
 }
 
 VandrelApplication::AanvragerPtr ParticipantsScreen::participant(const Side &side) const
@@ -336,6 +350,7 @@ void ParticipantsScreen::loadSide(Side &side)
             item->setText(1, Format::date(d->Dt_Begin()));
             item->setText(2, Format::date(d->Dt_Einde()));
             item->setText(3, Format::amount(d->Salaris()));
+            item->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
             item->setText(4, Format::date(d->Dt_InkomenMeetellenTot()));
         }
     } else {

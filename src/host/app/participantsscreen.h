@@ -46,7 +46,8 @@ private:
     void buildSide(Side &side, const QString &title);
     void loadSide(Side &side);
     VandrelApplication::AanvragerPtr participant(const Side &side) const;
-    void editEmployment(Side &side, qint16 index);
+    // True when the user confirmed the dialog with OK.
+    bool editEmployment(Side &side, qint16 index);
     void guarded(const std::function<void()> &action);
 
     VandrelApplication::ApplicationPtr m_application;

@@ -2,6 +2,7 @@
 
 #include "componentloader.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QMetaObject>
 #include <QScrollArea>
@@ -21,6 +22,8 @@ PensionScreen::PensionScreen(QWidget *parent)
     setObjectName(QStringLiteral("pensionScreen"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    m_scroll->setObjectName(QStringLiteral("scrPensioenen"));
+    m_problem->setObjectName(QStringLiteral("lblProbleem"));
     m_problem->setWordWrap(true);
     m_problem->hide();
     layout->addWidget(m_problem);
@@ -50,9 +53,37 @@ bool PensionScreen::ensureControl(QString *error)
     }
     m_problem->hide();
     m_control = control;
-    control->adjustSize();
     m_scroll->setWidget(control);
+    // The control lays its panels out itself and never resizes itself when one of them grows,
+    // appears or disappears (a first scheme added to an empty list shows both data panels); the
+    // scroll area would then cut it off at the size it had when it was empty.
+    for (QObject *child : control->children())
+        if (child->isWidgetType())
+            child->installEventFilter(this);
+    fitControl();
     return true;
+}
+
+bool PensionScreen::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Resize:
+    case QEvent::Move:
+    case QEvent::Show:
+    case QEvent::Hide:
+        if (m_control && watched->parent() == m_control.data())
+            fitControl();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PensionScreen::fitControl()
+{
+    if (m_control && m_control->size() != m_control->sizeHint())
+        m_control->resize(m_control->sizeHint());
 }
 
 void PensionScreen::setApplication(const VandrelApplication::ApplicationPtr &application)
@@ -61,7 +92,7 @@ void PensionScreen::setApplication(const VandrelApplication::ApplicationPtr &app
         return;
     QMetaObject::invokeMethod(m_control, "SetApplication", Qt::DirectConnection,
                               Q_ARG(VandrelApplication::ApplicationPtr, application));
-    m_control->adjustSize();
+    fitControl();
 }
 
 bool PensionScreen::canLeave()
@@ -79,8 +110,8 @@ void PensionScreen::release()
     if (!m_control)
         return;
     QWidget *control = m_scroll->takeWidget();
-    delete control;
     m_control = nullptr;
+    delete control;
 }
 
 } // namespace Zarnoveld

@@ -31,7 +31,12 @@ public:
 
     QWidget *control() const { return m_control; }
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void fitControl();
+
     QScrollArea *m_scroll = nullptr;
     QLabel *m_problem = nullptr;
     QPointer<QWidget> m_control;

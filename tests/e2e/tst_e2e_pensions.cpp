@@ -1,0 +1,172 @@
+// The pension screen inside the zarnoveld window: a sample case is opened, schemes are added,
+// moved and deleted with the mouse and keyboard, the case is closed and opened again from its file.
+
+#include "commands.h"
+#include "e2esupport.h"
+#include "mainwindow.h"
+#include "pensionscreen.h"
+#include "textbox.h"
+#include "usersim.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QTest>
+#include <QTreeWidget>
+
+using namespace E2e;
+using namespace TestSupport;
+using Zarnoveld::MainWindow;
+
+class TestE2ePensions : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<Sandbox> m_sandbox;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_sandbox = std::make_unique<Sandbox>();
+        QVERIFY(m_sandbox->isValid());
+    }
+
+    void addMoveDeleteAndReopen()
+    {
+        MessageRecorder messages;
+        const QString json = example(QStringLiteral("sample-couple.json"));
+        const QString casePath = Zarnoveld::Commands::caseFileFor(json);
+        QVERIFY(!QFile::exists(casePath));
+        {
+            MainWindow window;
+            QString error;
+            QVERIFY2(window.openCase(json, &error), qPrintable(error));
+            QCOMPARE(window.currentCase()->filePath(), casePath);
+            QVERIFY(showActive(&window));
+            clickNavigation(&window, QStringLiteral("Pensioenen"));
+            QCOMPARE(window.currentScreen(), MainWindow::Pensioenen);
+            QWidget *control = window.pensionScreen()->control();
+            QVERIFY(control);
+            auto *list = find<QTreeWidget>(control, QStringLiteral("LstPensioenen"));
+            QCOMPARE(list->topLevelItemCount(), 6);
+            QCOMPARE(selectedProvider(list), QStringLiteral("ABP"));
+
+            // A second current-employer scheme needs the user's consent.
+            click(find<QPushButton>(control, QStringLiteral("cmdNieuw")));
+            auto *menu = find<QMenu>(control, QStringLiteral("Popup_Oud_Huidig"));
+            QTRY_VERIFY(menu->isVisible());
+            messages.answerNext(MessageBox::Answer::Yes);
+            find<QAction>(control, QStringLiteral("Huidige_Werkgever"))->trigger();
+            QCOMPARE(messages.count(), 1);
+            QCOMPARE(messages.last().buttons, MessageBox::Buttons::YesNo);
+            QCOMPARE(messages.lastText(), QStringLiteral("U heeft al een huidige werkgever geselecteerd.\n"
+                                                         "Wilt u toch een extra huidige werkgever toevoegen?"));
+            auto app = window.currentCase();
+            QCOMPARE(schemeCount(app, 1), 4);
+            QCOMPARE(list->topLevelItemCount(), 7);
+            QCOMPARE(list->selectedItems().value(0)->text(0), QStringLiteral("Huidige"));
+            QCOMPARE(list->selectedItems().value(0)->text(3), QStringLiteral("Aanvrager"));
+
+            enter(find<VandrelControl::TextBox>(control, QStringLiteral("txtUitvoerder")), QStringLiteral("Zwitserleven"));
+            QCOMPARE(app->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(4)->Uitvoerder(), QStringLiteral("Zwitserleven"));
+            QCOMPARE(selectedProvider(list), QStringLiteral("Zwitserleven"));
+
+            // Moving it to the partner appends it there and closes the gap at the applicant.
+            click(find<QRadioButton>(control, QStringLiteral("optAanvrager_2")));
+            QCOMPARE(providers(app, 1), (QStringList{QStringLiteral("ABP"), QStringLiteral("Pensioenfonds Rabobank"),
+                                                     QStringLiteral("Brand New Day")}));
+            QCOMPARE(providers(app, 2), (QStringList{QStringLiteral("PFZW"), QStringLiteral("Bpf Levensmiddelen"),
+                                                     QStringLiteral("Nationale-Nederlanden"), QStringLiteral("Zwitserleven")}));
+            QCOMPARE(selectedProvider(list), QStringLiteral("Zwitserleven"));
+            QCOMPARE(list->selectedItems().value(0)->text(3), QStringLiteral("Partner"));
+            QVERIFY(find<QRadioButton>(control, QStringLiteral("optAanvrager_2"))->isChecked());
+
+            // Deleting asks nothing.
+            QTreeWidgetItem *brandNewDay = rowOf(list, QStringLiteral("Brand New Day"), QStringLiteral("Aanvrager"));
+            QVERIFY(brandNewDay);
+            clickRow(list, brandNewDay);
+            QCOMPARE(selectedProvider(list), QStringLiteral("Brand New Day"));
+            click(find<QPushButton>(control, QStringLiteral("cmdVerwijder")));
+            QCOMPARE(providers(app, 1), (QStringList{QStringLiteral("ABP"), QStringLiteral("Pensioenfonds Rabobank")}));
+            QCOMPARE(list->topLevelItemCount(), 6);
+
+            clickNavigation(&window, QStringLiteral("Deelnemers"));
+            QCOMPARE(window.currentScreen(), MainWindow::Deelnemers);
+            QVERIFY(window.close());
+            QCOMPARE(messages.count(), 1);
+        }
+
+        // Opening the example again opens the case file made the first time, with the edits.
+        MainWindow window;
+        QString error;
+        QVERIFY2(window.openCase(json, &error), qPrintable(error));
+        QCOMPARE(window.currentCase()->filePath(), casePath);
+        auto app = window.currentCase();
+        QCOMPARE(providers(app, 1), (QStringList{QStringLiteral("ABP"), QStringLiteral("Pensioenfonds Rabobank")}));
+        QCOMPARE(providers(app, 2), (QStringList{QStringLiteral("PFZW"), QStringLiteral("Bpf Levensmiddelen"),
+                                                 QStringLiteral("Nationale-Nederlanden"), QStringLiteral("Zwitserleven")}));
+        auto moved = app->Get_Dossier()->Get_Aanvrager(2)->Get_Pensioen(4);
+        QVERIFY(moved->HuidigeWerkgever());
+        QVERIFY(moved->DienstverbandKey().isEmpty());
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        auto *list = find<QTreeWidget>(window.pensionScreen()->control(), QStringLiteral("LstPensioenen"));
+        QVERIFY(rowOf(list, QStringLiteral("Zwitserleven"), QStringLiteral("Partner")));
+        QVERIFY(!rowOf(list, QStringLiteral("Brand New Day"), QStringLiteral("Aanvrager")));
+        QVERIFY(window.close());
+    }
+
+    // Started without a case, the screen still shows the whole control (it was once squeezed to
+    // two thirds of the screen because it was sized before it had a parent).
+    void withoutCaseNothingIsCutOff()
+    {
+        MainWindow window;
+        window.resize(1600, 1000);
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        QCOMPARE(window.currentScreen(), MainWindow::Pensioenen);
+        QWidget *control = window.pensionScreen()->control();
+        QVERIFY(control);
+        QCOMPARE(control->size(), control->sizeHint());
+        QVERIFY(control->rect().contains(find<QWidget>(control, QStringLiteral("PensioenList"))->geometry()));
+        QVERIFY(control->rect().contains(find<QWidget>(control, QStringLiteral("PensioenToezegging"))->geometry()));
+        auto *scroll = find<QScrollArea>(window.pensionScreen(), QStringLiteral("scrPensioenen"));
+        QVERIFY(scroll->viewport()->width() >= control->width());
+        QVERIFY(window.close());
+    }
+
+    // A case without schemes shows only the list; the first scheme added brings both data panels,
+    // and the screen must make room for them instead of cutting them off.
+    void firstSchemeIsNotCutOff()
+    {
+        MessageRecorder messages;
+        MainWindow window;
+        window.setCase(Zarnoveld::HostApplication::createInMemory());
+        window.resize(1600, 1000);
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        QWidget *control = window.pensionScreen()->control();
+        QVERIFY(control);
+        click(find<QPushButton>(control, QStringLiteral("cmdNieuw")));
+        find<QAction>(control, QStringLiteral("Vorige_Werkgever"))->trigger();
+        QCOMPARE(schemeCount(window.currentCase(), 1), 1);
+        QWidget *toezegging = find<QWidget>(control, QStringLiteral("PensioenToezegging"));
+        QWidget *gegevens = find<QWidget>(control, QStringLiteral("PensioenGegevens"));
+        QVERIFY(toezegging->isVisible());
+        QCOMPARE(control->size(), control->sizeHint());
+        QVERIFY(control->rect().contains(toezegging->geometry()));
+        QVERIFY(control->rect().contains(gegevens->geometry()));
+        // Nothing is hidden behind the scroll area's edge when the window is large enough.
+        auto *scroll = find<QScrollArea>(window.pensionScreen(), QStringLiteral("scrPensioenen"));
+        QVERIFY(scroll->viewport()->width() >= control->width());
+        QVERIFY(scroll->viewport()->height() >= control->height());
+        QCOMPARE(messages.count(), 0);
+        QVERIFY(window.close());
+    }
+};
+
+QTEST_MAIN(TestE2ePensions)
+#include "tst_e2e_pensions.moc"
