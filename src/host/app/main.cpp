@@ -4,7 +4,9 @@
 //   zarnoveld import JSON CASE        a JSON case becomes a new case file
 //   zarnoveld export CASE JSON
 //   zarnoveld register | unregister   the pension screen in the per-user component registry
+//   zarnoveld check CASE... [--json]  checks every scheme as the pension screen would, headless
 
+#include "check.h"
 #include "commands.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
@@ -66,6 +68,9 @@ bool writeScreenshot(QWidget *window, const QString &path)
 
 int main(int argc, char **argv)
 {
+    // Always headless, with its own application object: decided before one is made here.
+    if (argc > 1 && qstrcmp(argv[1], "check") == 0)
+        return Zarnoveld::Check::main(argc, argv);
     const bool display = hasDisplay();
     if (!display)
         qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -78,6 +78,7 @@ public:
     qint16 anvId = 0;
     qint16 penId = 0;
     bool loading = false;
+    bool settingApplication = false;
 };
 
 namespace {
@@ -203,6 +204,13 @@ PensGeg::~PensGeg() = default;
 
 void PensGeg::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
 {
+    // The provider control announces the employment it selects while this panel loads; the
+    // container answers with a reload of the scheme it showed until then, which must not cut the
+    // load in progress short (that load reads the newest data anyway).
+    if (d->settingApplication)
+        return;
+    d->settingApplication = true;
+    const auto settled = qScopeGuard([this] { d->settingApplication = false; });
     d->loading = true;
     bool gevuld = false;
     d->trap.run("SetApplication", [&] {

@@ -1,0 +1,87 @@
+#pragma once
+
+// zarnoveld check: loads every scheme of a case into the pension screen without a window on
+// screen, runs the screen's full check on it and reports what would stop the user.
+
+#include "hostapplication.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+namespace Zarnoveld::Check {
+
+// One message the pension screen showed while checking a scheme.
+struct Message
+{
+    QString title;
+    QString text;
+    bool question = false;   // a Yes/No question; the check answers them all with Yes
+    bool errorReport = false;   // the control's error report, not a check message
+};
+
+struct SchemeResult
+{
+    qint16 anvId = 0;
+    QString naam;            // the participant's name
+    qint16 penId = 0;        // the scheme's own number within its participant
+    QString uitvoerder;      // the provider, may be empty
+    bool passed = true;
+    Message stop;            // what stops the user; only when !passed
+    QList<Message> messages; // everything shown while checking, in order
+};
+
+struct CaseResult
+{
+    QString source;
+    QString unreadable;      // Dutch reason when the case could not be read (then no schemes)
+    QList<SchemeResult> schemes;
+    QStringList hostFindings;   // what the suite's check service finds in the case as stored
+
+    bool passed() const;
+};
+
+// Reads a case file or a JSON case into a case held only in memory: the check never writes to
+// the file it reads. Throws HostError with a Dutch description.
+std::shared_ptr<HostApplication> loadInMemory(const QString &path);
+
+// Holds one pension screen control created through the component registry, as the program does,
+// and checks cases with it. Needs a QApplication.
+class Checker
+{
+public:
+    Checker();
+    ~Checker();
+    Checker(const Checker &) = delete;
+    Checker &operator=(const Checker &) = delete;
+
+    // Registers the bundled library when needed; false with a Dutch reason.
+    bool prepare(QString *error);
+
+    // Called after every scheme with (schemes done, schemes in the case).
+    using Progress = std::function<void(int done, int total)>;
+    // The case is changed by the check (loading a scheme may fill derived values, a Yes may accept
+    // a value): pass a case that is not written anywhere.
+    CaseResult checkCase(const std::shared_ptr<HostApplication> &application, const QString &source,
+                         const Progress &progress = {});
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+QString legend();
+QString textReport(const QList<CaseResult> &cases);
+QJsonObject jsonReport(const QList<CaseResult> &cases);
+// 0 all schemes pass, 1 a scheme fails, 2 a case could not be read.
+int exitCode(const QList<CaseResult> &cases);
+
+// The whole command: zarnoveld check CASE... [--json]. Creates its own QApplication, always
+// offscreen, so it runs the same with or without a display.
+int main(int argc, char **argv);
+
+} // namespace Zarnoveld::Check
