@@ -88,7 +88,8 @@ private slots:
             QVERIFY(app->Get_Dossier()->Get_Aanvrager(1));
         }
         RawFile raw(path);
-        QCOMPARE(raw.scalar(QStringLiteral("SELECT version FROM schema_version")).toInt(), 1);
+        QCOMPARE(raw.scalar(QStringLiteral("SELECT version FROM schema_version")).toInt(),
+                 Zarnoveld::detail::Store::SchemaVersion);
         QCOMPARE(raw.scalar(QStringLiteral("PRAGMA journal_mode")).toString(), QStringLiteral("wal"));
         QCOMPARE(raw.scalar(QStringLiteral("SELECT COUNT(*) FROM aanvrager")).toInt(), 1);
         QCOMPARE(raw.scalar(QStringLiteral("SELECT waarde FROM parameters WHERE naam = 'FranchiseA'")).toDouble(), 15859.0);
@@ -172,6 +173,7 @@ private slots:
             p->setBedragWzP(1500);
             p->setPc_WzP(14);
             p->setEindLeeftijdWzP(27);
+            p->setDienstjaren(12);
             p->setIP(true);
             p->setBedragIP(20000);
             p->setPc_IP(70);
@@ -224,6 +226,7 @@ private slots:
         QCOMPARE(p->Pc_PPNaAow(), 65.5f);
         QCOMPARE(p->Pc_PpNa65TotAow(), 55.75f);
         QCOMPARE(p->EindLeeftijdWzP(), qint16(27));
+        QCOMPARE(p->Dienstjaren(), qint16(12));
         QCOMPARE(p->Cd_UitkeringSoort(), UitkeringSoort::ProRata);
         QCOMPARE(p->Cd_UitkeringObv(), 2);
         QCOMPARE(p->BedragAnwCompensatie(), 12000.0);
@@ -369,14 +372,15 @@ private slots:
         HostApplication::createFile(path);
         {
             RawFile raw(path);
-            QVERIFY(raw.exec(QStringLiteral("UPDATE schema_version SET version = 2")));
+            QVERIFY(raw.exec(QStringLiteral("UPDATE schema_version SET version = %1")
+                                 .arg(Zarnoveld::detail::Store::SchemaVersion + 1)));
             raw.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
         }
         const QByteArray before = bytesOf(path);
         const HostError e = errorOf([&] { HostApplication::openFile(path); });
         QCOMPARE(e.number(), HostErrorCode::InvalidState);
         QVERIFY(e.description().contains(QStringLiteral("nieuwere versie van Zarnoveld")));
-        QVERIFY(e.description().contains(QStringLiteral("bestandsversie 2")));
+        QVERIFY(e.description().contains(QStringLiteral("bestandsversie %1").arg(Zarnoveld::detail::Store::SchemaVersion + 1)));
         QCOMPARE(bytesOf(path), before);
     }
 
@@ -428,20 +432,25 @@ private slots:
         QCOMPARE(Store::versionOf(raw.db), 0);
         Store::migrate(raw.db, Store::migrations(), 1);
         QCOMPARE(Store::versionOf(raw.db), 1);
+        // The real step 1 -> 2 adds the years-of-service column to a version-1 file.
+        QVERIFY(!raw.exec(QStringLiteral("SELECT Dienstjaren FROM pensioen")));
+        Store::migrate(raw.db, Store::migrations(), 2);
+        QCOMPARE(Store::versionOf(raw.db), 2);
+        QVERIFY(raw.exec(QStringLiteral("SELECT Dienstjaren FROM pensioen")));
         std::vector<Store::Migration> steps = Store::migrations();
-        steps.push_back({1, [](QSqlDatabase &db) {
+        steps.push_back({2, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("ALTER TABLE pensioen ADD COLUMN Notitie TEXT"));
                          }});
-        Store::migrate(raw.db, steps, 2);
-        QCOMPARE(Store::versionOf(raw.db), 2);
+        Store::migrate(raw.db, steps, 3);
+        QCOMPARE(Store::versionOf(raw.db), 3);
         QVERIFY(raw.exec(QStringLiteral("SELECT Notitie FROM pensioen")));
         // A step that fails leaves the file at the version before it.
-        steps.push_back({2, [](QSqlDatabase &db) {
+        steps.push_back({3, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("CREATE TABLE extra (x INTEGER)"));
                              throw HostError(HostErrorCode::StoreFailed, QStringLiteral("mislukt"));
                          }});
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, 3); }).number(), HostErrorCode::StoreFailed);
-        QCOMPARE(Store::versionOf(raw.db), 2);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, 4); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(Store::versionOf(raw.db), 3);
         QVERIFY(!raw.exec(QStringLiteral("SELECT x FROM extra")));
         // No known step: refused.
         QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), 5); }).number(), HostErrorCode::StoreFailed);

@@ -78,6 +78,7 @@ constexpr FieldDef pensioenFields[] = {
     {"Cd_RvcAfwijking", Kind::Int32},
     {"Pc_RvcAfwijking", Kind::Float},
     {"Pc_RvcUitkering", Kind::Float},
+    {"Dienstjaren", Kind::Int16, 2},
 };
 constexpr FieldDef ouderdomFields[] = {
     {"Key", Kind::Text},

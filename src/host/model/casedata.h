@@ -21,6 +21,7 @@ struct FieldDef
 {
     const char *name;   // host operation name; also the column and the JSON field
     Kind kind;
+    int since = 1;      // the schema version that added the column
 };
 
 struct TableDef
@@ -54,6 +55,7 @@ enum : int {
     AnwCompensatie, BedragAnwCompensatie,
     Dt_65, Dt_PensioenIngang, HeeftSpecificatie,
     Cd_RvcAfwijking, Pc_RvcAfwijking, Pc_RvcUitkering,
+    Dienstjaren,
     Count
 };
 }

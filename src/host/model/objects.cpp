@@ -345,6 +345,7 @@ public:
     VP_TEXT(Uitvoerder)
     VP_TEXT(Branche)
     VP_TEXT(DienstverbandKey)
+    VP_FIELD(qint16, Dienstjaren, i)
     VP_FIELD(bool, RemoveOnClose, b)
 
     bool UitgesteldSchrijven() const override { return get().deferred; }

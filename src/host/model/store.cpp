@@ -88,7 +88,8 @@ void createSchemaV1(QSqlDatabase &db)
                            .arg(QLatin1String(t->parentTable));
         columns << QStringLiteral("pos INTEGER NOT NULL");
         for (const FieldDef &f : t->fields)
-            columns << QStringLiteral("%1 %2").arg(quoted(f.name), columnType(f.kind));
+            if (f.since <= 1)
+                columns << QStringLiteral("%1 %2").arg(quoted(f.name), columnType(f.kind));
         execOrThrow(db, QStringLiteral("CREATE TABLE %1 (%2)").arg(QLatin1String(t->table), columns.join(QStringLiteral(", "))));
         if (t->parentTable)
             execOrThrow(db, QStringLiteral("CREATE INDEX %1_parent ON %1(parent_id, pos)").arg(QLatin1String(t->table)));
@@ -121,10 +122,21 @@ QString fileName(const QString &path)
 
 } // namespace
 
+// Version 2 adds the columns of fields introduced with it; existing rows read them as 0/empty.
+void addColumnsOfVersion2(QSqlDatabase &db)
+{
+    for (const TableDef *t : allTables())
+        for (const FieldDef &f : t->fields)
+            if (f.since == 2)
+                execOrThrow(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3 DEFAULT 0")
+                                    .arg(QLatin1String(t->table), quoted(f.name), columnType(f.kind)));
+}
+
 const std::vector<Store::Migration> &Store::migrations()
 {
     static const std::vector<Migration> steps{
         {0, createSchemaV1},
+        {1, addColumnsOfVersion2},
     };
     return steps;
 }

@@ -264,10 +264,9 @@ public:
     virtual void setBranche(const QString &value) = 0;
     virtual QString DienstverbandKey() const = 0;        // empty when the scheme names no employment
     virtual void setDienstverbandKey(const QString &value) = 0;
-    // Whole years of service with the scheme's employer: a fact of the participant, not of the
-    // scheme. A host that keeps it overrides both; the default keeps nothing.
-    virtual qint16 Dienstjaren() const { return 0; }
-    virtual void setDienstjaren(qint16 value) { Q_UNUSED(value); }
+    // Whole years of service with the scheme's employer: a fact of the participant's employment.
+    virtual qint16 Dienstjaren() const = 0;
+    virtual void setDienstjaren(qint16 value) = 0;
     virtual bool RemoveOnClose() const = 0;
     virtual void setRemoveOnClose(bool value) = 0;
     // Mode switch of the record: while deferred, setters collect their changes and the host writes
