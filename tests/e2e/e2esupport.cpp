@@ -4,7 +4,10 @@
 #include "mainwindow.h"
 #include "usersim.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
+#include <QDir>
+#include <QLabel>
 #include <QListWidget>
 #include <QTest>
 #include <QTreeWidget>
@@ -86,6 +89,30 @@ QStringList providers(const VandrelApplication::ApplicationPtr &app, qint16 anvI
     for (qint16 k = 1; participant && participant->Get_Pensioen(k); ++k)
         names << participant->Get_Pensioen(k)->Uitvoerder();
     return names;
+}
+
+QStringList clippedCaptions(QWidget *root)
+{
+    QStringList clipped;
+    const auto widgets = root->findChildren<QWidget *>();
+    for (QWidget *w : widgets) {
+        if (!w->isVisibleTo(root) || (!qobject_cast<QLabel *>(w) && !qobject_cast<QAbstractButton *>(w)))
+            continue;
+        if (auto *label = qobject_cast<QLabel *>(w); label && (label->wordWrap() || label->text().isEmpty()))
+            continue;
+        if (w->sizeHint().width() > w->width())
+            clipped << QStringLiteral("%1 (%2 < %3)").arg(w->objectName()).arg(w->width()).arg(w->sizeHint().width());
+    }
+    return clipped;
+}
+
+void saveScreenshot(QWidget *window, const QString &fileName)
+{
+    const QString folder = qEnvironmentVariable("VANDREL_SCREENSHOT_DIR");
+    if (folder.isEmpty())
+        return;
+    QDir().mkpath(folder);
+    window->grab().save(QDir(folder).filePath(fileName));
 }
 
 } // namespace E2e

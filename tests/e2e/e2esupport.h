@@ -51,4 +51,9 @@ int schemeCount(const VandrelApplication::ApplicationPtr &app, qint16 anvId);
 // The provider names of a participant's schemes in their order.
 QStringList providers(const VandrelApplication::ApplicationPtr &app, qint16 anvId);
 
+// Visible captions (labels, tick boxes, option and push buttons) narrower than their text needs.
+QStringList clippedCaptions(QWidget *root);
+// Saves a picture of the window when VANDREL_SCREENSHOT_DIR names a folder (docs are made so).
+void saveScreenshot(QWidget *window, const QString &fileName);
+
 } // namespace E2e

@@ -131,6 +131,9 @@ ParticipantsScreen::ParticipantsScreen(QWidget *parent)
     buildSide(m_sides[1], QStringLiteral("Partner"));
     layout->addWidget(m_sides[0].box);
     layout->addWidget(m_sides[1].box);
+    // The applicant has no partner tick box; an equal gap keeps the two forms row by row level.
+    if (auto *column = qobject_cast<QVBoxLayout *>(m_sides[0].box->layout()))
+        column->insertSpacing(0, m_sides[1].present->sizeHint().height() + column->spacing());
 }
 
 void ParticipantsScreen::guarded(const std::function<void()> &action)
