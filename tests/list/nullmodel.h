@@ -26,6 +26,8 @@ public:
     void setBranche(const QString &value) override {}
     QString DienstverbandKey() const override { return {}; }
     void setDienstverbandKey(const QString &value) override {}
+    qint16 Dienstjaren() const override { return 0; }
+    void setDienstjaren(qint16) override {}
     bool RemoveOnClose() const override { return {}; }
     void setRemoveOnClose(bool value) override {}
     bool UitgesteldSchrijven() const override { return {}; }

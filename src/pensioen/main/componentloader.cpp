@@ -16,18 +16,6 @@ namespace {
 using EntryPoint = long (*)();
 using GetClassObject = long (*)(const char *, const char *, void **);
 
-// The registry folder without linking the library: the same rule the library applies.
-QString folder()
-{
-    const QString overridden = qEnvironmentVariable("VANDREL_COMPONENT_REGISTRY");
-    if (!overridden.isEmpty())
-        return overridden;
-    QString data = qEnvironmentVariable("XDG_DATA_HOME");
-    if (data.isEmpty())
-        data = QDir::homePath() + QStringLiteral("/.local/share");
-    return data + QStringLiteral("/vandrel/components");
-}
-
 QLibrary *loaded(const QString &path, QString *error)
 {
     // Kept loaded for the life of the process: controls created from it must outlive any caller.
@@ -63,7 +51,7 @@ bool callEntry(const QString &library, const char *name, QString *error)
 
 bool lookup(const QString &progId, Registered *record, QString *error)
 {
-    const QDir dir(folder());
+    const QDir dir(Registration::registryFolder());
     const auto entries = dir.entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
     for (const QString &name : entries) {
         QFile file(dir.filePath(name));

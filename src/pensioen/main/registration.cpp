@@ -55,18 +55,6 @@ bool sameId(const char *a, const char *b)
 
 } // namespace
 
-ClassFactory::~ClassFactory() = default;
-
-QString registryFolder()
-{
-    const QString overridden = qEnvironmentVariable("VANDREL_COMPONENT_REGISTRY");
-    if (!overridden.isEmpty())
-        return overridden;
-    QString data = qEnvironmentVariable("XDG_DATA_HOME");
-    if (data.isEmpty())
-        data = QDir::homePath() + QStringLiteral("/.local/share");
-    return data + QStringLiteral("/vandrel/components");
-}
 
 } // namespace VandrelPensioen::Registration
 

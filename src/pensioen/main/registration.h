@@ -5,6 +5,7 @@
 
 #include "vandrelpensioen_export.h"
 
+#include <QDir>
 #include <QString>
 
 class QWidget;
@@ -28,13 +29,24 @@ inline constexpr long E_NOINTERFACE = static_cast<long>(0x80004002L);
 inline constexpr long E_POINTER = static_cast<long>(0x80004003L);
 
 // The per-user registry folder: $VANDREL_COMPONENT_REGISTRY, else $XDG_DATA_HOME/vandrel/components.
-VANDRELPENSIOEN_EXPORT QString registryFolder();
+// Inline, so that a host finds the registry without linking the library.
+inline QString registryFolder()
+{
+    const QString overridden = qEnvironmentVariable("VANDREL_COMPONENT_REGISTRY");
+    if (!overridden.isEmpty())
+        return overridden;
+    QString data = qEnvironmentVariable("XDG_DATA_HOME");
+    if (data.isEmpty())
+        data = QDir::homePath() + QStringLiteral("/.local/share");
+    return data + QStringLiteral("/vandrel/components");
+}
 
 // What DllGetClassObject hands out.
 class VANDRELPENSIOEN_EXPORT ClassFactory
 {
 public:
-    virtual ~ClassFactory();
+    // Defined inline so that a host that only includes this header has the type information too.
+    virtual ~ClassFactory() = default;
     virtual QWidget *CreateInstance(QWidget *parent) = 0;
     virtual void LockServer(bool lock) = 0;
 };
