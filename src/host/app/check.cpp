@@ -235,6 +235,7 @@ bool Checker::Private::createControl(QString *error)
     // Shown, so that every check sees the panels as the user would, but never mapped or painted:
     // the check has no screen, and painting would cost more than the check itself.
     widget->setAttribute(Qt::WA_DontShowOnScreen);
+    widget->setUpdatesEnabled(false);
     widget->show();
     control = widget;
     controlClean = true;
