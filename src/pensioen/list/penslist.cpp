@@ -287,6 +287,21 @@ void PensList::Validation(bool &Cancel, qint32 ControleNr)
     if (ControleNr == 0)
         QCoreApplication::processEvents();
 }
+void PensList::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The buttons keep their column at the right edge and the list takes the rest, so a
+    // container that widens the control widens W and with it every column.
+    QTreeWidget *list = d->ui.LstPensioenen;
+    const int gap = d->ui.cmdNieuw->x() - list->geometry().right() - 1;
+    const int buttonsLeft = width() - d->ui.cmdNieuw->width() - twips(30);
+    for (QWidget *button : {static_cast<QWidget *>(d->ui.cmdNieuw),
+                            static_cast<QWidget *>(d->ui.cmdVerwijder)})
+        button->move(buttonsLeft, button->y());
+    list->resize(qMax(0, buttonsLeft - gap - list->x()), height());
+    d->setColumnWidths(list->topLevelItemCount() > RowsWithoutScrollBar);
+}
+
 
 void PensList::InfoChanged()
 {

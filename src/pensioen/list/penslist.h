@@ -35,6 +35,9 @@ Q_SIGNALS:
     void PensioenChanged(qint16 &Anv_Id, qint16 &Pen_Id);
     void PensioenDeleted();
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     class Private;
     std::unique_ptr<Private> d;

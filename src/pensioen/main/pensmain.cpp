@@ -10,6 +10,7 @@
 #include "ui_pensmain.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QPointer>
 
 #include <atomic>
@@ -111,9 +112,19 @@ void PensMain::Private::Layout()
     PensList *list = ui.PensioenList;
     PensGeg *gegevens = ui.PensioenGegevens;
     PensToez *toezegging = ui.PensioenToezegging;
+    // A panel is never narrower or lower than its captions need with the font in use: a
+    // panel squeezed below that cuts its check boxes and labels off.
+    for (QWidget *panel : {static_cast<QWidget *>(gegevens), static_cast<QWidget *>(toezegging)}) {
+        const QSize needed = panel->minimumSizeHint();
+        if (needed.isValid())
+            panel->resize(panel->size().expandedTo(needed));
+    }
     list->move(twips(60), twips(60));
     gegevens->move(list->x(), list->y() + list->height() + twips(60));
     toezegging->move(gegevens->x() + gegevens->width() + twips(120), gegevens->y());
+    // The list spans both panels: its columns are fractions of its width, and the panels'
+    // width is what leaves room for every header caption.
+    list->resize(toezegging->geometry().right() + 1 - list->x(), list->height());
 }
 
 void PensMain::Private::Terminate()
@@ -264,6 +275,20 @@ void PensMain::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     d->Layout();
+}
+
+bool PensMain::event(QEvent *event)
+{
+    const bool handled = QWidget::event(event);
+    // A panel asks for more room when loading a scheme shows longer captions or more rows;
+    // without a container layout to ask, the control grows by itself rather than cut them off.
+    if (event->type() == QEvent::LayoutRequest) {
+        d->Layout();
+        updateGeometry();
+        if (!parentWidget() || !parentWidget()->layout())
+            resize(size().expandedTo(sizeHint()));
+    }
+    return handled;
 }
 
 } // namespace VandrelPensioen

@@ -33,6 +33,7 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
     // Removes the schemes marked RemoveOnClose; runs once, at quit or destruction.
