@@ -1,5 +1,6 @@
 #include "penslist.h"
 
+#include "errortrap.h"
 #include "listviewroutines.h"
 #include "messagebox.h"
 #include "platformroutines.h"
@@ -51,7 +52,7 @@ QString schemeType(qint16 type)
 class PensList::Private
 {
 public:
-    explicit Private(PensList *q) : q(q) {}
+    explicit Private(PensList *q) : q(q), trap(QStringLiteral("PensList"), QStringLiteral("Pensioenen")) {}
 
     void Fill_List(qint16 Anv_Id, qint16 Pen_Id);
     void Fill_Row(QTreeWidgetItem *item, VandrelApplication::Pensioen &pensioen, qint16 Anv_Id) const;
@@ -66,6 +67,10 @@ public:
     PensList *q;
     Ui::PensList ui;
     QMenu *Popup_Oud_Huidig = nullptr;
+    // A host refusal (its 99-scheme limit, a failed store) cannot travel up through the event
+    // loop to the container as it would elsewhere, so the user's add and delete hand it to the
+    // host's error report here.
+    ErrorTrap trap;
     ApplicationPtr Application;
     DossierPtr Dossier;
     PensioenPtr SelectedPensioen;   // the selected row's scheme record, or none
@@ -258,10 +263,10 @@ PensList::PensList(QWidget *parent)
     QAction *vorige = d->Popup_Oud_Huidig->addAction(QStringLiteral("Vorige werkgever"));
     vorige->setObjectName(QStringLiteral("Vorige_Werkgever"));
 
-    connect(huidige, &QAction::triggered, this, [this] { d->Huidige_Werkgever(); });
-    connect(vorige, &QAction::triggered, this, [this] { d->Vorige_Werkgever(); });
+    connect(huidige, &QAction::triggered, this, [this] { d->trap.run("Huidige_Werkgever", [this] { d->Huidige_Werkgever(); }); });
+    connect(vorige, &QAction::triggered, this, [this] { d->trap.run("Vorige_Werkgever", [this] { d->Vorige_Werkgever(); }); });
     connect(d->ui.cmdNieuw, &QPushButton::clicked, this, [this] { d->cmdNieuw_Click(); });
-    connect(d->ui.cmdVerwijder, &QPushButton::clicked, this, [this] { d->cmdVerwijder_Click(); });
+    connect(d->ui.cmdVerwijder, &QPushButton::clicked, this, [this] { d->trap.run("cmdVerwijder_Click", [this] { d->cmdVerwijder_Click(); }); });
     // Mouse and keyboard both move the selection; the container hears each change once.
     connect(d->ui.LstPensioenen, &QTreeWidget::itemSelectionChanged, this, [this] {
         if (!d->filling)
@@ -276,6 +281,7 @@ PensList::~PensList() = default;
 void PensList::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
 {
     d->Application = Application;
+    d->trap.setApplication(Application);
     d->Dossier = Application ? Application->Get_Dossier() : nullptr;
     d->Fill_List(Anv_Id, Pen_Id);
 }
@@ -306,12 +312,17 @@ void PensList::resizeEvent(QResizeEvent *event)
 void PensList::InfoChanged()
 {
     QTreeWidgetItem *row = d->selectedRow();
-    if (!row || !d->SelectedPensioen)
+    if (!row || !d->SelectedPensioen || !d->Dossier)
         return;
     qint16 Anv_Id = 0;
     qint16 Pen_Id = 0;
     PensList::decodeKey(ListView::key(row), Anv_Id, Pen_Id);
-    d->Fill_Row(row, *d->SelectedPensioen, Anv_Id);
+    // Read by the row's numbers again: a scheme moved to the other participant is gone from
+    // under the list while the panels reload (and report changes) before the list is rebuilt.
+    AanvragerPtr aanvrager = d->Dossier->Get_Aanvrager(Anv_Id);
+    PensioenPtr pensioen = aanvrager ? aanvrager->Get_Pensioen(Pen_Id) : nullptr;
+    if (pensioen)
+        d->Fill_Row(row, *pensioen, Anv_Id);
 }
 
 QColor PensList::BackColor() const
