@@ -68,7 +68,13 @@ void RandomUser::typeText(QWidget *field, const QString &text)
     if (text.isEmpty())
         QTest::keyClick(target, Qt::Key_Delete);
     else
-        QTest::keyClicks(target, text);
+        for (const QChar c : text) {
+            // keyClicks() asserts on anything outside ASCII; such a key carries its text only.
+            if (c.unicode() < 0x80)
+                QTest::keyClick(target, c.toLatin1());
+            else
+                QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(c), Qt::NoModifier);
+        }
 }
 
 void RandomUser::tab()

@@ -1,10 +1,11 @@
 // Thousands of seeded random user actions on the pension screen bound to a real case. Afterwards
 // nothing has crashed and the case is sound: every scheme the user has left passes the full check
-// of both data panels without a message, and the scheme still on screen holds no value that its
-// own field check refuses (a required value may still be missing there: the screen would not let
-// the user leave it). Values the user cannot reach (fields hidden or disabled for the scheme's
-// type) are judged exactly as when leaving a scheme: the panels' own full check decides which
-// fields apply.
+// of both data panels without a message. The scheme still on screen may fail that check (a
+// required value still missing, or a value another path lets in that the commitments panel
+// refuses: the specification dialog edits the same old-age row with bounds of its own), but
+// then leaving it must be refused, which is what keeps a wrong value from being left behind.
+// Values the user cannot reach (fields hidden or disabled for the scheme's type) are judged
+// exactly as when leaving a scheme: the panels' own full check decides which fields apply.
 //
 // Reproduce a failure with VANDREL_SEED=<seed printed> (and VANDREL_RANDOM_ACTIONS to change the
 // number of actions per row).
@@ -21,8 +22,10 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QMenu>
+#include <QPushButton>
 #include <QTest>
 
+#include <algorithm>
 #include <deque>
 
 using namespace VandrelApplication;
@@ -119,6 +122,12 @@ private Q_SLOTS:
         main.SetApplication(app);
 
         RandomUser user(seed, messages);
+        // Deleting is done below at its own rate, close to that of adding: as one button
+        // among a handful it came up more often than adding (which also has to pass the menu and,
+        // for a second current employer, a question), and sessions ended with few schemes to check.
+        user.setAvoided({QStringLiteral("cmdVerwijder")});
+        auto *verwijder = find<QPushButton>(&main, QStringLiteral("cmdVerwijder"));
+        QVERIFY(verwijder);
         RandomUser dialogUser(seed ^ 0x5bd1e995u, messages);
         DialogDriver driver([&](QDialog *dialog) { dialogUser.act(dialog); }, 10);
 
@@ -146,6 +155,10 @@ private Q_SLOTS:
             } else if (roll < 10) {
                 main.SetApplication(app);
                 log(QStringLiteral("%1: host SetApplication").arg(i));
+            } else if (roll < 50) {
+                if (verwijder->isVisible() && verwijder->isEnabled() && !QApplication::activePopupWidget())
+                    click(verwijder);
+                log(QStringLiteral("%1: click cmdVerwijder").arg(i));
             } else {
                 log(QStringLiteral("%1: %2").arg(i).arg(user.act(&main)));
             }
@@ -161,6 +174,8 @@ private Q_SLOTS:
                                  .arg(seed).arg(actions).arg(hostChecks).arg(messages.count())
                                  .arg(driver.dialogNames().join(QLatin1Char(',')));
 
+        // Doubtful values are accepted, so only a real error can hold the user on a scheme.
+        messages.setDefaultQuestionAnswer(MessageBox::Answer::Yes);
         const qint16 shownAnv = main.shownAanvrager();
         const qint16 shownPen = main.shownPensioen();
         int schemes = 0;
@@ -172,14 +187,21 @@ private Q_SLOTS:
                 ++schemes;
                 const Verdict v = fullCheck(app, anv, pen, messages);
                 const QString where = QStringLiteral("scheme %1/%2: %3\n%4").arg(anv).arg(pen).arg(describe(v), context());
-                if (anv == shownAnv && pen == shownPen) {
-                    for (const auto &m : v.messages)
-                        QVERIFY2(m.title == QStringLiteral("Invoer verplicht"), qPrintable(where));
+                // A doubtful value the user accepted ("Ongelijke data" answered Yes) is no fault.
+                const bool onlyQuestions = std::all_of(v.messages.cbegin(), v.messages.cend(), [](const auto &m) {
+                    return m.buttons == MessageBox::Buttons::YesNo;
+                });
+                if (anv == shownAnv && pen == shownPen && v.cancel) {
+                    messages.clear();
+                    bool refused = false;
+                    main.Validation(refused, 0);
+                    QVERIFY2(refused && messages.count() > 0, qPrintable(QStringLiteral("leaving was allowed, ") + where));
                 } else {
-                    QVERIFY2(!v.cancel && v.messages.isEmpty(), qPrintable(where));
+                    QVERIFY2(!v.cancel && onlyQuestions, qPrintable(where));
                 }
             }
         }
+        QVERIFY2(schemes > 0, qPrintable(QStringLiteral("every scheme was deleted, nothing left to check\n") + context()));
         qInfo().noquote() << QStringLiteral("%1 schemes checked, shown %2/%3").arg(schemes).arg(shownAnv).arg(shownPen);
     }
 };
