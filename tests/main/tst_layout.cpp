@@ -12,6 +12,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
@@ -22,6 +23,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTest>
@@ -252,6 +254,25 @@ private slots:
             QVERIFY2(faults.isEmpty(),
                      qPrintable(QStringLiteral("row %1:\n").arg(row + 1) + faults.join('\n')));
         }
+    }
+
+    // An adviser who set a larger system font still reads every caption in full.
+    void largerFontStillFits()
+    {
+        const QFont original = QApplication::font();
+        QFont larger = original;
+        larger.setPointSizeF(original.pointSizeF() * 1.25);
+        QApplication::setFont(larger);
+        const auto restore = qScopeGuard([&] { QApplication::setFont(original); });
+        auto app = sampleCase();
+        QVERIFY(app);
+        PensMain main;
+        main.SetApplication(app);
+        QVERIFY(showActive(&main));
+        auto *view = find<QTreeWidget>(&main, QStringLiteral("LstPensioenen"));
+        const QStringList faults = layoutFaults(&main) + headerFaults(view);
+        savePicture(&main, QStringLiteral("pensmain-larger-font"));
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join('\n')));
     }
 
     // From the fifth scheme on three columns are narrowed; their captions must still fit.

@@ -300,10 +300,14 @@ void PensList::resizeEvent(QResizeEvent *event)
     // container that widens the control widens W and with it every column.
     QTreeWidget *list = d->ui.LstPensioenen;
     const int gap = d->ui.cmdNieuw->x() - list->geometry().right() - 1;
-    const int buttonsLeft = width() - d->ui.cmdNieuw->width() - twips(30);
+    // Both buttons share one width, wide enough for the longer caption in the font in use.
+    const int buttonWidth = qMax(d->ui.cmdNieuw->width(),
+                                 qMax(d->ui.cmdNieuw->sizeHint().width(),
+                                      d->ui.cmdVerwijder->sizeHint().width()));
+    const int buttonsLeft = width() - buttonWidth - twips(30);
     for (QWidget *button : {static_cast<QWidget *>(d->ui.cmdNieuw),
                             static_cast<QWidget *>(d->ui.cmdVerwijder)})
-        button->move(buttonsLeft, button->y());
+        button->setGeometry(buttonsLeft, button->y(), buttonWidth, button->height());
     list->resize(qMax(0, buttonsLeft - gap - list->x()), height());
     d->setColumnWidths(list->topLevelItemCount() > RowsWithoutScrollBar);
 }

@@ -107,6 +107,22 @@ void PensMain::Private::ChangeAanvrager(bool &Cancel)
     ui.PensioenList->SetApplication(Application, Anv_Id, Pen_Id);
 }
 
+// The room a panel's contents need: its own layout's minimum, or for a panel that places its
+// frames itself, the widest frame minimum and the lowest frame edge.
+static QSize neededSize(const QWidget *panel)
+{
+    QSize needed = panel->minimumSizeHint().expandedTo(QSize(0, 0));
+    for (const QObject *object : panel->children()) {
+        const auto *child = qobject_cast<const QWidget *>(object);
+        if (!child || child->isHidden())
+            continue;
+        if (child->layout())
+            needed.setWidth(qMax(needed.width(), child->x() + child->minimumSizeHint().width()));
+        needed.setHeight(qMax(needed.height(), child->geometry().bottom() + 1));
+    }
+    return needed;
+}
+
 void PensMain::Private::Layout()
 {
     PensList *list = ui.PensioenList;
@@ -114,11 +130,8 @@ void PensMain::Private::Layout()
     PensToez *toezegging = ui.PensioenToezegging;
     // A panel is never narrower or lower than its captions need with the font in use: a
     // panel squeezed below that cuts its check boxes and labels off.
-    for (QWidget *panel : {static_cast<QWidget *>(gegevens), static_cast<QWidget *>(toezegging)}) {
-        const QSize needed = panel->minimumSizeHint();
-        if (needed.isValid())
-            panel->resize(panel->size().expandedTo(needed));
-    }
+    for (QWidget *panel : {static_cast<QWidget *>(gegevens), static_cast<QWidget *>(toezegging)})
+        panel->resize(panel->size().expandedTo(neededSize(panel)));
     list->move(twips(60), twips(60));
     gegevens->move(list->x(), list->y() + list->height() + twips(60));
     toezegging->move(gegevens->x() + gegevens->width() + twips(120), gegevens->y());
@@ -282,7 +295,7 @@ bool PensMain::event(QEvent *event)
     const bool handled = QWidget::event(event);
     // A panel asks for more room when loading a scheme shows longer captions or more rows;
     // without a container layout to ask, the control grows by itself rather than cut them off.
-    if (event->type() == QEvent::LayoutRequest) {
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
         d->Layout();
         updateGeometry();
         if (!parentWidget() || !parentWidget()->layout())
