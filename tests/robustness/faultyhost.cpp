@@ -9,6 +9,7 @@ void FaultPlan::tick(const char *operation)
     ++m_count;
     const QString name = QString::fromLatin1(operation);
     m_seen.insert(name);
+    m_operations.append(name);
     if (m_failAt > 0 && m_count == m_failAt) {
         m_fired = true;
         m_firedOperation = name;

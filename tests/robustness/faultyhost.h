@@ -32,6 +32,8 @@ public:
     void clearFired() { m_fired = false; }
     QString firedOperation() const { return m_firedOperation; }
     const QSet<QString> &seen() const { return m_seen; }
+    // Every operation counted, in order: which kind the N-th one is.
+    const QStringList &operations() const { return m_operations; }
 
     // One wrapper per real object, so the library sees stable identities.
     template <typename Wrapper, typename Inner>
@@ -43,6 +45,7 @@ private:
     bool m_fired = false;
     QString m_firedOperation;
     QSet<QString> m_seen;
+    QStringList m_operations;
     std::map<const void *, std::weak_ptr<void>> m_wrappers;
 };
 

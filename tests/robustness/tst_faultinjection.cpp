@@ -34,6 +34,20 @@ using namespace TestSupport;
 
 namespace {
 
+// Under AddressSanitizer one session costs several times as much: the walk fails every
+// kSanitizerStride-th operation there (plus the first of each kind), every one elsewhere.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr qint64 kSanitizerStride = 4;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr qint64 kSanitizerStride = 4;
+#else
+constexpr qint64 kSanitizerStride = 1;
+#endif
+#else
+constexpr qint64 kSanitizerStride = 1;
+#endif
+
 QList<HostError> &escaped()
 {
     static QList<HostError> errors;
@@ -85,17 +99,22 @@ std::shared_ptr<Zarnoveld::HostApplication> coupleCase()
             auto scheme = person->Get_Pensioen(person->AddPension());
             scheme->setUitvoerder(QStringLiteral("Fonds %1%2").arg(anv).arg(i + 1));
             scheme->setDienstverbandKey(job->Key());
+            // The applicant's second scheme has a specification, so its dialog is part of the walk.
+            scheme->setHeeftSpecificatie(anv == 1 && i == 1);
         }
     }
     return app;
 }
 
 // Procedure names each component runs under its error trap, read from its source: a reported
-// name must be one of them.
+// name must be one of them. Handlers hand their name on as a literal (to a shared check or a
+// table row) that the trap runs later, so besides `.run("Name"` every literal spelled as a
+// handler name (`Control_Event`) counts.
 std::map<QString, QSet<QString>> trappedProcedures()
 {
     std::map<QString, QSet<QString>> out;
-    static const QRegularExpression run(QStringLiteral("\\.run\\(\"([A-Za-z_0-9]+)\""));
+    static const QRegularExpression run(QStringLiteral(
+        "\\.run\\(\"([A-Za-z_0-9]+)\"|\"([A-Za-z][A-Za-z0-9]*_[A-Za-z][A-Za-z0-9_]*)\""));
     QDirIterator it(QStringLiteral(VANDREL_SOURCE_DIR "/src/pensioen"), {QStringLiteral("*.cpp")},
                     QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext()) {
@@ -104,8 +123,24 @@ std::map<QString, QSet<QString>> trappedProcedures()
             continue;
         const QString text = QString::fromUtf8(file.readAll());
         auto &names = out[it.fileInfo().completeBaseName()];
-        for (auto m = run.globalMatch(text); m.hasNext();)
-            names.insert(m.next().captured(1));
+        for (auto m = run.globalMatch(text); m.hasNext();) {
+            const auto match = m.next();
+            names.insert(match.captured(match.lastCapturedIndex()));
+        }
+        // A handler shared by several fields names itself after the field: object name from the
+        // form, event from a suffix literal in the source ("_Validation").
+        static const QRegularExpression suffix(QStringLiteral("\"(_[A-Za-z]+)\""));
+        static const QRegularExpression widget(QStringLiteral("<widget [^>]*name=\"([A-Za-z_0-9]+)\""));
+        QFile form(it.fileInfo().absolutePath() + QLatin1Char('/') + it.fileInfo().completeBaseName()
+                   + QStringLiteral(".ui"));
+        if (form.open(QIODevice::ReadOnly)) {
+            const QString ui = QString::fromUtf8(form.readAll());
+            for (auto s = suffix.globalMatch(text); s.hasNext();) {
+                const QString event = s.next().captured(1);
+                for (auto w = widget.globalMatch(ui); w.hasNext();)
+                    names.insert(w.next().captured(1) + event);
+            }
+        }
     }
     return out;
 }
@@ -139,31 +174,51 @@ void clickIfUsable(QWidget *w)
         click(w);
 }
 
-// The scripted session: what a user does in a minute on the pension screen.
-void session(PensMain &main, const ApplicationPtr &host)
+QString shownMessages(const MessageRecorder &messages)
+{
+    QStringList out;
+    for (const auto &request : messages.requests())
+        out << QStringLiteral("[%1] %2").arg(request.title, request.text);
+    return out.isEmpty() ? QStringLiteral("none") : out.join(QStringLiteral("; "));
+}
+
+// A button that opens a modal dialog: once the dialog is closed the user is back on the screen,
+// which the window system does not re-activate by itself.
+void openDialog(QWidget *screen, QPushButton *button)
+{
+    if (!button || !button->isVisible() || !button->isEnabled())
+        return;
+    click(button);
+    showActive(screen);
+}
+
+// The scripted session: what a user does in a minute on the pension screen. Returns whether the
+// closing check refused the data (it must not after a run without faults).
+bool session(PensMain &main, const ApplicationPtr &host)
 {
     asHost([&] { main.SetApplication(host); });
     auto *list = child<QTreeWidget>(&main, "LstPensioenen");
     clickRow(list, 1);
     enterText(child<QWidget>(&main, "txtUitvoerder"), QStringLiteral("Robuust Fonds"));
     enterText(child<QWidget>(&main, "txtSalaris"), QStringLiteral("45.000"));
-    clickIfUsable(child<QCheckBox>(&main, "chkTOP"));
-    enterText(child<QWidget>(&main, "txtTOP"), QStringLiteral("1.200"));
     clickIfUsable(child<QRadioButton>(&main, "optMiddelloon"));
     enterText(child<QWidget>(&main, "txtOpgebouwd"), QStringLiteral("8.000"));
     clickIfUsable(child<QCheckBox>(&main, "chkSynced_0"));
     if (auto *op = child<QCheckBox>(&main, "chkOP"); op && !op->isChecked())
         clickIfUsable(op);
     enterText(child<QWidget>(&main, "txtOP"), QStringLiteral("12.000"));
-    clickIfUsable(child<QPushButton>(&main, "cmdPensioenSpecificatie"));
+    enterText(child<QWidget>(&main, "txtIngangOP"), QStringLiteral("01-07-2035"));
+    clickIfUsable(child<QCheckBox>(&main, "chkTOP"));
+    enterText(child<QWidget>(&main, "txtTOP"), QStringLiteral("1.200"));
+    openDialog(&main, child<QPushButton>(&main, "cmdPensioenSpecificatie"));
     clickIfUsable(child<QCheckBox>(&main, "chkIP"));
-    clickIfUsable(child<QPushButton>(&main, "cmdUitkeringSoort"));
+    enterText(child<QWidget>(&main, "txtPcIP"), QStringLiteral("10"));
+    openDialog(&main, child<QPushButton>(&main, "cmdUitkeringSoort"));
     clickRow(list, 3);
     enterText(child<QWidget>(&main, "txtBranche"), QStringLiteral("Zorg"));
-    asHost([&] {
-        bool cancel = false;
-        main.Validation(cancel, 0);
-    });
+    bool cancel = false;
+    asHost([&] { main.Validation(cancel, 0); });
+    return cancel;
 }
 
 } // namespace
@@ -183,6 +238,7 @@ private Q_SLOTS:
         std::unique_ptr<RandomUser> dialogUser;
         DialogDriver driver([&](QDialog *dialog) { dialogUser->act(dialog); }, 3);
 
+        bool refused = false;
         auto runOnce = [&](qint64 failAt, FaultPlan *&planOut, std::shared_ptr<FaultyHost> &hostOut,
                            std::unique_ptr<PensMain> &mainOut) {
             auto inner = coupleCase();
@@ -194,7 +250,7 @@ private Q_SLOTS:
             main->resize(main->sizeHint());
             showActive(main.get());
             host->plan().arm(failAt);
-            session(*main, host);
+            refused = session(*main, host);
             host->plan().arm(0);
             planOut = &host->plan();
             hostOut = host;
@@ -210,6 +266,7 @@ private Q_SLOTS:
         const QSet<QString> seen = plan->seen();
         QCOMPARE(escaped().size(), 0);
         QCOMPARE(host->reports().size(), 0);
+        QVERIFY2(!refused, qPrintable(shownMessages(messages)));
         QVERIFY2(count > 100, qPrintable(QString::number(count)));
         QVERIFY(seen.contains(QStringLiteral("Pensioen::setUitvoerder")));
         qInfo().noquote() << "dialogs served:" << driver.dialogNames().join(QLatin1Char(','));
@@ -218,11 +275,29 @@ private Q_SLOTS:
         bool ok = false;
         qint64 stride = qEnvironmentVariableIntValue("VANDREL_FAULT_STRIDE", &ok);
         if (!ok || stride < 1)
-            stride = 1;
+            stride = kSanitizerStride;
+        // A thinned walk still fails the first operation of every kind.
+        const QStringList operations = plan->operations();
+        QSet<QString> kindsSeen;
+        QSet<qint64> firstOfKind;
+        for (qint64 i = 0; i < operations.size(); ++i) {
+            if (!kindsSeen.contains(operations.at(i))) {
+                kindsSeen.insert(operations.at(i));
+                firstOfKind.insert(i + 1);
+            }
+        }
 
         QSet<QString> failed;
-        int trapped = 0, propagated = 0, swallowed = 0;
-        for (qint64 n = 1; n <= count; n += stride) {
+        int trapped = 0, propagated = 0, swallowed = 0, heldByCheck = 0, sessions = 0;
+        // VANDREL_FAULT_FIRST starts the walk at one operation, to reproduce a single failure.
+        qint64 first = qEnvironmentVariableIntValue("VANDREL_FAULT_FIRST", &ok);
+        if (!ok || first < 1)
+            first = 1;
+
+        for (qint64 n = first; n <= count; ++n) {
+            if ((n - first) % stride != 0 && !firstOfKind.contains(n))
+                continue;
+            ++sessions;
             runOnce(n, plan, host, main);
             const QString where = QStringLiteral("fault at operation %1 (%2)").arg(n).arg(plan->firedOperation());
             if (!plan->fired()) {
@@ -248,14 +323,29 @@ private Q_SLOTS:
             else
                 ++swallowed;
 
-            // The user carries on: the host reloads when nothing is shown, then a plain edit must
-            // reach the case.
+            // An edit that failed can leave the case short of a value the closing check requires
+            // (an OP that was never stored, so a derived amount stays 0). The check then holds the
+            // user in that field with its message: usable, and the user's next step is that field.
+            auto *held = qobject_cast<VandrelControl::TextBox *>(QApplication::focusWidget());
+            if (refused && held && main->isAncestorOf(held)
+                && held->objectName() != QStringLiteral("txtUitvoerder")) {
+                QVERIFY2(messages.count() > 0, qPrintable(where));
+                QVERIFY2(held->isVisible() && held->isEnabled(),
+                         qPrintable(where + QStringLiteral(": messages: ") + shownMessages(messages)));
+                ++heldByCheck;
+                main.reset();
+                continue;
+            }
+
+            // The user carries on: the host reloads when nothing is shown or a failed load left the
+            // panel without input, then a plain edit must reach the case.
             host->clearReports();
-            if (main->shownPensioen() == 0)
+            auto *provider = child<VandrelControl::TextBox>(main.get(), "txtUitvoerder");
+            QVERIFY2(provider, qPrintable(where));
+            if (main->shownPensioen() == 0 || !provider->isEnabled())
                 asHost([&] { main->SetApplication(host); });
             QVERIFY2(main->shownPensioen() > 0, qPrintable(where));
-            auto *provider = child<VandrelControl::TextBox>(main.get(), "txtUitvoerder");
-            QVERIFY2(provider && provider->isVisible(), qPrintable(where));
+            QVERIFY2(provider->isVisible() && provider->isEnabled(), qPrintable(where));
             messages.clear();
             enterText(provider, QStringLiteral("Na de fout"));
             const auto record = host->inner()->Get_Dossier()->Get_Aanvrager(main->shownAanvrager())
@@ -263,16 +353,22 @@ private Q_SLOTS:
             QVERIFY2(record, qPrintable(where));
             QVERIFY2(record->Uitvoerder() == QStringLiteral("Na de fout"),
                      qPrintable(where + QStringLiteral(": provider is \"%1\"; messages: %2")
-                                    .arg(record->Uitvoerder()).arg(messages.count())));
-            QVERIFY2(host->reports().isEmpty(), qPrintable(where + host->reports().first().toText()));
+                                    .arg(record->Uitvoerder()).arg(shownMessages(messages))));
+            // Qt 6.4 builds the message even when the check holds: never read an empty list there.
+            const auto reportsAfter = host->reports();
+            QVERIFY2(reportsAfter.isEmpty(),
+                     qPrintable(where + (reportsAfter.isEmpty() ? QString() : reportsAfter.first().toText())));
             main.reset();
         }
 
         QStringList covered(failed.begin(), failed.end());
         covered.sort();
         qInfo().noquote() << QStringLiteral("%1 host operations per session, %2 kinds; failed in turn: %3 kinds "
-                                            "(%4 trapped and reported, %5 passed to the host, %6 absorbed)")
-                                 .arg(count).arg(seen.size()).arg(covered.size()).arg(trapped).arg(propagated).arg(swallowed);
+                                            "(%4 trapped and reported, %5 passed to the host, %6 absorbed; "
+                                            "%7 left the user in a field its check holds)")
+                                 .arg(count).arg(seen.size()).arg(covered.size()).arg(trapped).arg(propagated)
+                                 .arg(swallowed).arg(heldByCheck);
+        qInfo().noquote() << QStringLiteral("%1 sessions with a fault (stride %2)").arg(sessions).arg(stride);
         qInfo().noquote() << "covered:" << covered.join(QStringLiteral(", "));
         QVERIFY(trapped > 0);
         QVERIFY(covered.contains(QStringLiteral("Pensioen::setUitvoerder")));

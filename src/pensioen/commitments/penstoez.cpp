@@ -138,7 +138,7 @@ public:
     void connectHandlers();
 
     void setApplication(const ApplicationPtr &app, qint16 Anv_Id, qint16 Pen_Id);
-    void fillControls();
+    bool fillControls();   // false when it ended in an error (already reported)
     void showAge(const QDate &date, TextBox *years, TextBox *months);
     void enableRow(const PcCommitment &c, bool on);
     void colourUitkeringSoort();
@@ -345,7 +345,13 @@ void PensToez::Private::setApplication(const ApplicationPtr &app, qint16 Anv_Id,
     }
     infoChanged();
 
-    fillControls();
+    // Fields still showing the previous scheme must not be checked or stored against this one.
+    if (!fillControls()) {
+        aanvrager.reset();
+        pensioen.reset();
+        regel.reset();
+        return;
+    }
     loading = false;
 }
 
@@ -383,9 +389,9 @@ void PensToez::Private::colourUitkeringSoort()
     combo->setPalette(palette);
 }
 
-void PensToez::Private::fillControls()
+bool PensToez::Private::fillControls()
 {
-    trap.run("Fill_Controls", [&] {
+    return trap.run("Fill_Controls", [&] {
         if (!bound())
             return;
         // PreP
@@ -995,7 +1001,13 @@ PensToez::~PensToez() = default;
 
 void PensToez::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
 {
-    d->trap.run("SetApplication", [&] { d->setApplication(Application, Anv_Id, Pen_Id); });
+    if (!d->trap.run("SetApplication", [&] { d->setApplication(Application, Anv_Id, Pen_Id); })) {
+        // Half-bound after a failure: as inert as with identifiers 0, so no field edits or checks
+        // a scheme the panel never finished showing.
+        d->aanvrager.reset();
+        d->pensioen.reset();
+        d->regel.reset();
+    }
 }
 
 void PensToez::Validation(bool &Cancel, qint32 ControleNr)

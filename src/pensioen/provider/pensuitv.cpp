@@ -119,7 +119,10 @@ PensUitv::~PensUitv() = default;
 void PensUitv::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
 {
     d->loading = true;
-    d->trap.run("SetApplication", [&] {
+    // Let go of the previous scheme before the host is asked anything: a load that fails must not
+    // leave the fields writing to a scheme that is no longer shown.
+    d->pensioen.reset();
+    const bool geladen = d->trap.run("SetApplication", [&] {
         d->application = Application;
         d->trap.setApplication(Application);
 
@@ -169,6 +172,16 @@ void PensUitv::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, 
         d->ui->txtUitvoerder->setEnabled(bewerkbaar);
         d->ui->txtBranche->setEnabled(bewerkbaar);
     });
+    if (!geladen) {
+        // Half-loaded: show nothing that could be mistaken for the scheme, take no input.
+        d->pensioen.reset();
+        d->ui->txtUitvoerder->clear();
+        d->ui->txtBranche->clear();
+        d->setOptions(0);
+        for (QWidget *w : std::initializer_list<QWidget *>{d->ui->optAanvrager_1, d->ui->optAanvrager_2,
+                                                           d->ui->txtUitvoerder, d->ui->txtBranche})
+            w->setEnabled(false);
+    }
     d->loading = false;
     d->Resize();
 }

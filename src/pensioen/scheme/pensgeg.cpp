@@ -51,10 +51,11 @@ public:
         return boxes[size_t(index)];
     }
 
-    void Fill_FraRegeling();
-    void Fill_FraGrondslag();
-    void Fill_FraBijdrage();
-    void Sync_Velden();
+    // Each returns false when it ended in an error (already reported).
+    bool Fill_FraRegeling();
+    bool Fill_FraGrondslag();
+    bool Fill_FraBijdrage();
+    bool Sync_Velden();
     std::optional<double> Calc_Franchise();
     void chkSynced_Click(int index);
     void optRegeling_Click(const char *procedure, qint16 soort);
@@ -239,16 +240,22 @@ void PensGeg::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, q
 
         d->ui->Uitvoerder->SetApplication(Application, Anv_Id, Pen_Id);
 
-        d->Fill_FraRegeling();
-        d->Fill_FraGrondslag();
-        d->Sync_Velden();
-        d->Fill_FraBijdrage();
-        gevuld = true;
+        // Every part must have been shown: a check on fields still showing another scheme would
+        // hold the user for values that are not this scheme's.
+        const bool regeling = d->Fill_FraRegeling();
+        const bool grondslag = d->Fill_FraGrondslag();
+        const bool sync = d->Sync_Velden();
+        const bool bijdrage = d->Fill_FraBijdrage();
+        gevuld = regeling && grondslag && sync && bijdrage;
     });
     // A load that failed half-way keeps the panel inert rather than editing a half-shown scheme.
     if (gevuld) {
         d->loading = false;
         d->Resize();
+    } else if (Anv_Id > 0 && Pen_Id > 0) {
+        // Nor may it check one, and the provider part must let go of the scheme shown before.
+        d->pensioen.reset();
+        d->ui->Uitvoerder->SetApplication(nullptr, 0, 0);
     }
 }
 
@@ -304,9 +311,9 @@ void PensGeg::Private::onLeave(TextBox *field, const char *procedure, qint16 con
             Qt::DirectConnection);
 }
 
-void PensGeg::Private::Fill_FraRegeling()
+bool PensGeg::Private::Fill_FraRegeling()
 {
-    trap.run("Fill_FraRegeling", [&] {
+    return trap.run("Fill_FraRegeling", [&] {
         const qint16 soort = pensioen->SoortRegeling();
         setOption(ui->optEindloon, soort == SoortRegeling::Eindloon);
         setOption(ui->optMiddelloon, soort == SoortRegeling::Middelloon);
@@ -339,9 +346,9 @@ void PensGeg::Private::Fill_FraRegeling()
     });
 }
 
-void PensGeg::Private::Fill_FraGrondslag()
+bool PensGeg::Private::Fill_FraGrondslag()
 {
-    trap.run("Fill_FraGrondslag", [&] {
+    return trap.run("Fill_FraGrondslag", [&] {
         ui->fraGrondslag->setVisible(pensioen->RegelingBekend());
 
         {
@@ -384,9 +391,9 @@ void PensGeg::Private::Fill_FraGrondslag()
     });
 }
 
-void PensGeg::Private::Fill_FraBijdrage()
+bool PensGeg::Private::Fill_FraBijdrage()
 {
-    trap.run("Fill_FraBijdrage", [&] {
+    return trap.run("Fill_FraBijdrage", [&] {
         ui->fraBijdrage->setVisible(pensioen->RegelingBekend());
         ui->TxtBijdragePreP->setValue(pensioen->BijdragePreP());
         ui->TxtBijdrageOP->setValue(pensioen->BijdrageOP());
@@ -412,9 +419,9 @@ std::optional<double> PensGeg::Private::Calc_Franchise()
     return franchise;
 }
 
-void PensGeg::Private::Sync_Velden()
+bool PensGeg::Private::Sync_Velden()
 {
-    trap.run("Sync_Velden", [&] {
+    return trap.run("Sync_Velden", [&] {
         // Each step reads the word afresh and reads its inputs back from the scheme, so a later
         // rule always works on what the earlier ones stored.
         if (dossier->SyncVlaggen() & SyncVlag::Salaris) {
@@ -467,7 +474,8 @@ void PensGeg::Private::Sync_Velden()
 
 void PensGeg::Private::chkSynced_Click(int index)
 {
-    if (loading)
+    // A panel that never got a scheme (its first load failed or never came) has no case to write.
+    if (loading || !pensioen || !dossier)
         return;
     trap.run("chkSynced_Click", [&] {
         if (index < 0 || index > 3)
@@ -487,7 +495,8 @@ void PensGeg::Private::chkSynced_Click(int index)
 
 void PensGeg::Private::optRegeling_Click(const char *procedure, qint16 soort)
 {
-    if (loading)
+    // As above: without a loaded scheme the click only moves the option.
+    if (loading || !pensioen)
         return;
     const bool ok = trap.run(procedure, [&] {
         // A new type starts from its own defaults: no percentage, no factor A.
