@@ -57,26 +57,37 @@ void HostCheck::RunHostCheck(ApplicationPtr &Application, qint32 soort, const QD
             if (!anv)
                 break;
             const QDate birth = anv->GeboorteDatum();
+            // Runs on every full validation of the pension screen: the employment keys are read
+            // only once a scheme names one, and a scheme's name only once there is a finding.
             QStringList keys;
-            for (qint16 i = 1;; ++i) {
-                const DienstverbandPtr dv = anv->Get_Dienstverband(i);
-                if (!dv)
-                    break;
-                keys << dv->Key();
-            }
+            bool keysRead = false;
             for (qint16 penId = 1;; ++penId) {
                 const PensioenPtr pen = anv->Get_Pensioen(penId);
                 if (!pen)
                     break;
-                const QString name = schemeName(anv, penId, pen);
+                QString schemeNameText;
+                const auto nameOf = [&]() -> const QString & {
+                    if (schemeNameText.isNull())
+                        schemeNameText = schemeName(anv, penId, pen);
+                    return schemeNameText;
+                };
                 const qint16 soortRegeling = pen->SoortRegeling();
                 if (soortRegeling < SoortRegeling::Eindloon || soortRegeling > SoortRegeling::BeschikbarePremie)
-                    m_bevindingen << QStringLiteral("%1: onbekend soort regeling (%2).").arg(name).arg(soortRegeling);
+                    m_bevindingen << QStringLiteral("%1: onbekend soort regeling (%2).").arg(nameOf()).arg(soortRegeling);
                 const QString key = pen->DienstverbandKey();
+                if (!key.isEmpty() && !keysRead) {
+                    for (qint16 i = 1;; ++i) {
+                        const DienstverbandPtr dv = anv->Get_Dienstverband(i);
+                        if (!dv)
+                            break;
+                        keys << dv->Key();
+                    }
+                    keysRead = true;
+                }
                 if (!key.isEmpty() && !keys.contains(key))
-                    m_bevindingen << QStringLiteral("%1: het dienstverband bestaat niet (meer).").arg(name);
+                    m_bevindingen << QStringLiteral("%1: het dienstverband bestaat niet (meer).").arg(nameOf());
                 if (niveau >= 2 && pen->Uitvoerder().trimmed().isEmpty())
-                    m_bevindingen << QStringLiteral("%1: de pensioenuitvoerder is niet ingevuld.").arg(name);
+                    m_bevindingen << QStringLiteral("%1: de pensioenuitvoerder is niet ingevuld.").arg(nameOf());
                 const qint16 rows = pen->OuderdomRegelCount();
                 for (qint16 r = 1; r <= rows; ++r) {
                     const OuderdomRegelPtr row = pen->Get_OuderdomRegel(r);
@@ -87,23 +98,23 @@ void HostCheck::RunHostCheck(ApplicationPtr &Application, qint32 soort, const QD
                     if (row->OP() && isFilled(op) && inPeriod(op)) {
                         if (isFilled(birth) && op < birth)
                             m_bevindingen << QStringLiteral("%1: de ingangsdatum van het ouderdomspensioen (%2) ligt voor de geboortedatum.")
-                                                 .arg(name, dateText(op));
+                                                 .arg(nameOf(), dateText(op));
                         if (niveau >= 2 && isFilled(anv->Dt_EindeInkomen()) && op > anv->Dt_EindeInkomen().addYears(5))
                             m_bevindingen << QStringLiteral("%1: het ouderdomspensioen gaat pas op %2 in, ruim na de AOW-datum.")
-                                                 .arg(name, dateText(op));
+                                                 .arg(nameOf(), dateText(op));
                     }
                     if (row->PreP() && isFilled(prep) && inPeriod(prep)) {
                         if (isFilled(birth) && prep < birth)
                             m_bevindingen << QStringLiteral("%1: de ingangsdatum van het prepensioen (%2) ligt voor de geboortedatum.")
-                                                 .arg(name, dateText(prep));
+                                                 .arg(nameOf(), dateText(prep));
                         if (row->OP() && isFilled(op) && prep > op)
-                            m_bevindingen << QStringLiteral("%1: het prepensioen gaat later in dan het ouderdomspensioen.").arg(name);
+                            m_bevindingen << QStringLiteral("%1: het prepensioen gaat later in dan het ouderdomspensioen.").arg(nameOf());
                     }
                     if (row->BedragOP() < 0 || row->BedragPreP() < 0)
-                        m_bevindingen << QStringLiteral("%1: een bedrag van het ouderdomspensioen is negatief.").arg(name);
+                        m_bevindingen << QStringLiteral("%1: een bedrag van het ouderdomspensioen is negatief.").arg(nameOf());
                 }
                 if (pen->Salaris() < 0 || pen->Franchise() < 0)
-                    m_bevindingen << QStringLiteral("%1: salaris of franchise is negatief.").arg(name);
+                    m_bevindingen << QStringLiteral("%1: salaris of franchise is negatief.").arg(nameOf());
             }
         }
     } catch (const HostError &e) {
