@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QHeaderView>
 #include <QMenu>
+#include <QScopeGuard>
 #include <QTreeWidget>
 
 namespace VandrelPensioen {
@@ -130,20 +131,30 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
                            QStringLiteral("Pensioenregeling"), QStringLiteral("Deelnemer"),
                            QStringLiteral("PP"), QStringLiteral("OP"), QStringLiteral("TOP"),
                            QStringLiteral("NP"), QStringLiteral("NOP"), QStringLiteral("IP")});
-    setColumnWidths(false);
 
     QTreeWidgetItem *wanted = nullptr;
     const int wantedKey = Anv_Id * 100 + Pen_Id;
-    if (Dossier) {
-        for (qint16 n = 1; AanvragerPtr aanvrager = Dossier->Get_Aanvrager(n); ++n) {
+    // Rows are filled before they join the list and join it in one go: a row inside the list
+    // announces every cell it gets, and the view relays out on each announcement. The widths are
+    // set once for the final row count; setting wide and then narrow would repaint the list twice.
+    // A host that fails half-way leaves the rows read so far shown, as it always has.
+    {
+        QList<QTreeWidgetItem *> rows;
+        const auto join = qScopeGuard([&] {
+            list->addTopLevelItems(rows);
+            setColumnWidths(list->topLevelItemCount() > RowsWithoutScrollBar);
+        });
+        for (qint16 n = 1; Dossier; ++n) {
+            const AanvragerPtr aanvrager = Dossier->Get_Aanvrager(n);
+            if (!aanvrager)
+                break;
             for (qint16 k = 1; PensioenPtr pensioen = aanvrager->Get_Pensioen(k); ++k) {
-                auto *item = new QTreeWidgetItem(list);
+                auto *item = new QTreeWidgetItem();
+                rows.append(item);
                 for (int column = 1; column < ColumnCount; ++column)
                     item->setText(column, QString());
                 ListView::setKey(item, PensList::rowKey(n, k));
                 Fill_Row(item, *pensioen, n);
-                if (list->topLevelItemCount() == RowsWithoutScrollBar + 1)
-                    setColumnWidths(true);
                 if (n * 100 + k == wantedKey)
                     wanted = item;
             }
