@@ -186,6 +186,46 @@ private Q_SLOTS:
         QCOMPARE(messages.count(), 0);
         QVERIFY(window.close());
     }
+
+    // The host keeps at most 99 schemes per participant (the list could not tell more apart).
+    // Adding one more shows the host's refusal in its error report; the program carries on and
+    // the case is as it was.
+    void hundredthSchemeIsRefused()
+    {
+        MessageRecorder messages;
+        auto app = Zarnoveld::HostApplication::createInMemory();
+        auto applicant = app->Get_Dossier()->Get_Aanvrager(1);
+        for (int i = 0; i < 99; ++i)
+            applicant->AddPension();
+        MainWindow window;
+        window.setCase(app);
+        window.resize(1600, 1000);
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        QWidget *control = window.pensionScreen()->control();
+        QVERIFY(control);
+        auto *list = find<QTreeWidget>(control, QStringLiteral("LstPensioenen"));
+        QCOMPARE(list->topLevelItemCount(), 99);
+        messages.clear();
+
+        click(find<QPushButton>(control, QStringLiteral("cmdNieuw")));
+        auto *menu = find<QMenu>(control, QStringLiteral("Popup_Oud_Huidig"));
+        QTRY_VERIFY(menu->isVisible());
+        auto *vorige = find<QAction>(control, QStringLiteral("Vorige_Werkgever"));
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(vorige).center());
+        QTRY_VERIFY(!menu->isVisible());
+
+        QCOMPARE(messages.count(), 1);
+        QCOMPARE(messages.lastTitle(), QStringLiteral("Zarnoveld - foutmelding"));
+        QVERIFY2(messages.lastText().contains(QStringLiteral("Onderdeel: PensList\n")), qPrintable(messages.lastText()));
+        QVERIFY2(messages.lastText().contains(QStringLiteral("Procedure: Vorige_Werkgever\n")), qPrintable(messages.lastText()));
+        QVERIFY2(messages.lastText().contains(QStringLiteral(
+                     "Omschrijving: Er kunnen niet meer dan 99 pensioenregelingen per aanvrager worden vastgelegd.")),
+                 qPrintable(messages.lastText()));
+        QCOMPARE(schemeCount(app, 1), 99);
+        QCOMPARE(list->topLevelItemCount(), 99);
+        QVERIFY(window.close());
+    }
 };
 
 QTEST_MAIN(TestE2ePensions)
