@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPixmap>
+#include <QScrollArea>
 #include <QScreen>
 #include <QTextStream>
 #include <QTimer>
@@ -45,6 +46,22 @@ int fail(const QString &message)
 {
     err() << "zarnoveld: " << message << Qt::endl;
     return 2;
+}
+
+// A picture shows the whole pension screen: the window grows, within the screen, by what its
+// scroll area would otherwise hide. A window the user sized stays as it is.
+void fitPensionScreen(Zarnoveld::MainWindow &window)
+{
+    auto *scroll = window.pensionScreen()->findChild<QScrollArea *>(QStringLiteral("scrPensioenen"));
+    QWidget *control = window.pensionScreen()->control();
+    if (!scroll || !control)
+        return;
+    QApplication::processEvents();
+    const QSize hidden = (control->size() - scroll->viewport()->size()).expandedTo(QSize(0, 0));
+    QSize wanted = window.size() + hidden;
+    if (QScreen *screen = window.screen())
+        wanted = wanted.boundedTo(screen->availableGeometry().size() - (window.frameGeometry().size() - window.size()));
+    window.resize(wanted.expandedTo(window.size()));
 }
 
 bool writeScreenshot(QWidget *window, const QString &path)
@@ -142,6 +159,7 @@ int main(int argc, char **argv)
                                                                             : Zarnoveld::MainWindow::Pensioenen);
 
     if (parser.isSet(screenshot) || !display) {
+        fitPensionScreen(window);
         const QString path = parser.isSet(screenshot) ? parser.value(screenshot)
                                                       : QStringLiteral("zarnoveld-pensioenscherm.png");
         if (!writeScreenshot(&window, path))
