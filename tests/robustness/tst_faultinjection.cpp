@@ -37,10 +37,10 @@ namespace {
 // Under AddressSanitizer one session costs several times as much: the walk fails every
 // kSanitizerStride-th operation there (plus the first of each kind), every one elsewhere.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr qint64 kSanitizerStride = 4;
+constexpr qint64 kSanitizerStride = 2;
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
-constexpr qint64 kSanitizerStride = 4;
+constexpr qint64 kSanitizerStride = 2;
 #else
 constexpr qint64 kSanitizerStride = 1;
 #endif
@@ -370,6 +370,9 @@ private Q_SLOTS:
                                  .arg(swallowed).arg(heldByCheck);
         qInfo().noquote() << QStringLiteral("%1 sessions with a fault (stride %2)").arg(sessions).arg(stride);
         qInfo().noquote() << "covered:" << covered.join(QStringLiteral(", "));
+        QStringList never(seen.begin(), seen.end());
+        never.removeIf([&](const QString &kind) { return failed.contains(kind); });
+        qInfo().noquote() << "never failed (a run that reached them took another path):" << never.join(QStringLiteral(", "));
         QVERIFY(trapped > 0);
         QVERIFY(covered.contains(QStringLiteral("Pensioen::setUitvoerder")));
     }
@@ -377,6 +380,10 @@ private Q_SLOTS:
 
 int main(int argc, char **argv)
 {
+    // The walk is one test function of hundreds of sessions; the suite's per-function watchdog is
+    // sized for single scenarios. Keep a watchdog, within the CTest limit of this test.
+    if (qEnvironmentVariableIntValue("QTEST_FUNCTION_TIMEOUT") < 840000)
+        qputenv("QTEST_FUNCTION_TIMEOUT", "840000");
     HostLikeApplication app(argc, argv);
     TestFaultInjection test;
     QTEST_SET_MAIN_SOURCE_PATH
