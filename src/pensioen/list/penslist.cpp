@@ -289,21 +289,6 @@ PensList::PensList(QWidget *parent)
 
 PensList::~PensList() = default;
 
-void PensList::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
-{
-    d->Application = Application;
-    d->trap.setApplication(Application);
-    d->Dossier = Application ? Application->Get_Dossier() : nullptr;
-    d->Fill_List(Anv_Id, Pen_Id);
-}
-
-void PensList::Validation(bool &Cancel, qint32 ControleNr)
-{
-    // Nothing to check here; the list only lets a field that is being left commit its value.
-    Q_UNUSED(Cancel);
-    if (ControleNr == 0)
-        QCoreApplication::processEvents();
-}
 void PensList::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
@@ -323,6 +308,21 @@ void PensList::resizeEvent(QResizeEvent *event)
     d->setColumnWidths(list->topLevelItemCount() > RowsWithoutScrollBar);
 }
 
+void PensList::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)
+{
+    d->Application = Application;
+    d->trap.setApplication(Application);
+    d->Dossier = Application ? Application->Get_Dossier() : nullptr;
+    d->Fill_List(Anv_Id, Pen_Id);
+}
+
+void PensList::Validation(bool &Cancel, qint32 ControleNr)
+{
+    // Nothing to check here; the list only lets a field that is being left commit its value.
+    Q_UNUSED(Cancel);
+    if (ControleNr == 0)
+        QCoreApplication::processEvents();
+}
 
 void PensList::InfoChanged()
 {
