@@ -550,7 +550,7 @@ private Q_SLOTS:
 
     // --- dialogs ---------------------------------------------------------------------------
 
-    void specificationDialogClosedWithoutChanges()
+    void specificatieDialogClosedWithoutChanges()
     {
         Case theCase = fullCase();
         theCase.pen->setHeeftSpecificatie(true);
@@ -569,7 +569,7 @@ private Q_SLOTS:
         QCOMPARE(info.count(), 0);
     }
 
-    void specificationDialogChangingTheOPMovesItsFollowers()
+    void specificatieDialogChangingTheOPMovesItsFollowers()
     {
         Case theCase = fullCase();
         theCase.pen->setHeeftSpecificatie(true);

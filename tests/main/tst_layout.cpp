@@ -312,7 +312,7 @@ private slots:
         QVERIFY(!gegevens->geometry().intersects(toezegging->geometry()));
     }
 
-    void specificationDialogShowsEveryCaptionInFull()
+    void specificatieDialogShowsEveryCaptionInFull()
     {
         auto app = sampleCase();
         QVERIFY(app);

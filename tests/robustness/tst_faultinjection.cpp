@@ -99,7 +99,7 @@ std::shared_ptr<Zarnoveld::HostApplication> coupleCase()
             auto scheme = person->Get_Pensioen(person->AddPension());
             scheme->setUitvoerder(QStringLiteral("Fonds %1%2").arg(anv).arg(i + 1));
             scheme->setDienstverbandKey(job->Key());
-            // The applicant's second scheme has a specification, so its dialog is part of the walk.
+            // The applicant's second scheme has a specificatie, so its dialog is part of the walk.
             scheme->setHeeftSpecificatie(anv == 1 && i == 1);
         }
     }

@@ -2,7 +2,7 @@
 // nothing has crashed and the case is sound: every scheme the user has left passes the full check
 // of both data panels without a message. The scheme still on screen may fail that check (a
 // required value still missing, or a value another path lets in that the commitments panel
-// refuses: the specification dialog edits the same old-age row with bounds of its own), but
+// refuses: the specificatie dialog edits the same old-age row with bounds of its own), but
 // then leaving it must be refused, which is what keeps a wrong value from being left behind.
 // Values the user cannot reach (fields hidden or disabled for the scheme's type) are judged
 // exactly as when leaving a scheme: the panels' own full check decides which fields apply.

@@ -202,7 +202,7 @@ void PensToez::Private::setup()
     ui->hntHdn->setHintText(QStringLiteral(
         "De percentages van nabestaanden-, wezen- en invaliditeitspensioen zijn percentages van "
         "het ouderdomspensioen (t.o.v. OP)."));
-    // The specification button and its frame only appear for a scheme that has a specification.
+    // The specificatie button and its frame only appear for a scheme that has a specificatie.
     ui->cmdPensioenSpecificatie->setVisible(false);
     ui->fraPensioenSpecificatie->setVisible(false);
 
@@ -421,7 +421,7 @@ bool PensToez::Private::fillControls()
                            static_cast<QWidget *>(ui->lblJaren_0), static_cast<QWidget *>(ui->lblMaanden_0)})
             w->setEnabled(op);
 
-        // The companion of the specification button is the frame it sits in; both follow the rule.
+        // The companion of the specificatie button is the frame it sits in; both follow the rule.
         const bool specificatie = pensioen->HeeftSpecificatie();
         ui->fraPensioenSpecificatie->setVisible(specificatie);
         ui->cmdPensioenSpecificatie->setVisible(specificatie);

@@ -180,7 +180,7 @@ public:
 };
 
 // One old-age row of a scheme: a target age with its OP and PreP. Row 1 is what the commitments
-// panel edits; all rows together are the scheme's specification.
+// panel edits; all rows together are the scheme's specificatie.
 class VANDRELAPPLICATION_EXPORT OuderdomRegel
 {
 public:
@@ -375,7 +375,7 @@ public:
     virtual bool Regel85Procent() const = 0;             // whether the 85 % rule applies to the PreP
     virtual double PensioengevendInkomen() const = 0;    // derived by the host
 
-    // --- old-age rows (row 1 is the commitments panel's) and the specification
+    // --- old-age rows (row 1 is the commitments panel's) and the specificatie
     virtual bool HeeftSpecificatie() const = 0;
     virtual void setHeeftSpecificatie(bool value) = 0;
     virtual qint16 OuderdomRegelCount() const = 0;
