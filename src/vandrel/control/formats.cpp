@@ -3,6 +3,8 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <charconv>
+#include <string>
 #include <cmath>
 #include <limits>
 
@@ -10,90 +12,77 @@ namespace VandrelControl {
 
 namespace {
 
-// Splits a value into the decimal digits a user would write for it (the shortest text that reads
-// back as the same double), so 624.99375 rounds as the decimal 624.99375 and 2.675 as 2.675,
-// not as the nearest binary fraction below it.
-struct Digits
-{
-    bool negative = false;
-    QString whole;    // at least "0"
-    QString fraction; // may be empty
-};
-
-Digits digitsOf(double value)
-{
-    Digits d;
-    if (!std::isfinite(value)) {
-        d.whole = QStringLiteral("0");
-        return d;
-    }
-    d.negative = std::signbit(value);
-    const QString text = QString::number(std::fabs(value), 'f', QLocale::FloatingPointShortest);
-    const qsizetype dot = text.indexOf(QLatin1Char('.'));
-    d.whole = dot < 0 ? text : text.left(dot);
-    d.fraction = dot < 0 ? QString() : text.mid(dot + 1);
-    if (d.whole.isEmpty())
-        d.whole = QStringLiteral("0");
-    return d;
-}
-
-// Rounds the digits to `decimals` places, halves away from zero: that is how the suite's display
-// formats have always shown numbers ("#,##0" shows 2,5 as 3), while calculations that round use
-// roundHalfEven explicitly. Display and arithmetic are kept apart on purpose.
-void roundDigits(Digits &d, int decimals)
-{
-    if (d.fraction.size() <= decimals) {
-        d.fraction = d.fraction.leftJustified(decimals, QLatin1Char('0'));
-        return;
-    }
-    const bool up = d.fraction.at(decimals) >= QLatin1Char('5');
-    QString all = d.whole + d.fraction.left(decimals);
-    if (up) {
-        qsizetype i = all.size() - 1;
-        for (; i >= 0; --i) {
-            if (all.at(i) == QLatin1Char('9')) {
-                all[i] = QLatin1Char('0');
-            } else {
-                all[i] = QChar(all.at(i).unicode() + 1);
-                break;
-            }
-        }
-        if (i < 0)
-            all.prepend(QLatin1Char('1'));
-    }
-    d.whole = all.left(all.size() - decimals);
-    d.fraction = all.right(decimals);
-    if (d.whole.isEmpty())
-        d.whole = QStringLiteral("0");
-}
-
-QString groupThousands(const QString &whole)
-{
-    QString out;
-    out.reserve(whole.size() + whole.size() / 3);
-    const qsizetype n = whole.size();
-    for (qsizetype i = 0; i < n; ++i) {
-        if (i > 0 && (n - i) % 3 == 0)
-            out.append(QLatin1Char('.'));
-        out.append(whole.at(i));
-    }
-    return out;
-}
-
+// A value is formatted from the decimal digits a user would write for it (the shortest text that
+// reads back as the same double), so 624.99375 rounds as the decimal 624.99375 and 2.675 as
+// 2.675, not as the nearest binary fraction below it. Display rounding is half away from zero;
+// calculations that round use roundHalfEven explicitly. Display and arithmetic are kept apart on
+// purpose. The work is done in plain character strings and turned into a QString once: every
+// amount on the screen and in the scheme list passes through here.
 QString compose(double value, int decimals, bool grouped)
 {
-    Digits d = digitsOf(value);
-    roundDigits(d, std::max(0, decimals));
-    QString text = grouped ? groupThousands(d.whole) : d.whole;
-    if (decimals > 0)
-        text += QLatin1Char(',') + d.fraction;
+    decimals = std::max(0, decimals);
+    const bool negative = std::isfinite(value) && std::signbit(value);
+    // The shortest digits that read back as the same double, written out without an exponent:
+    // 1e300 is a one and three hundred zeros, not the binary value's exact digits.
+    std::string whole = "0";
+    std::string fraction;
+    if (std::isfinite(value) && value != 0) {
+        char buffer[64];
+        const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific);
+        const std::string_view text(buffer, size_t(result.ptr - buffer));
+        const size_t e = text.find('e');
+        std::string mantissa;
+        for (const char c : text.substr(0, e))
+            if (c != '.')
+                mantissa.push_back(c);
+        const int exponent = std::atoi(std::string(text.substr(e + 1)).c_str());
+        const int point = exponent + 1;   // digits of the mantissa before the decimal point
+        if (point <= 0) {
+            fraction = std::string(size_t(-point), '0') + mantissa;
+        } else if (size_t(point) >= mantissa.size()) {
+            whole = mantissa + std::string(size_t(point) - mantissa.size(), '0');
+        } else {
+            whole = mantissa.substr(0, size_t(point));
+            fraction = mantissa.substr(size_t(point));
+        }
+    }
+    const qsizetype wholeLength = qsizetype(whole.size());
+    const qsizetype fractionLength = qsizetype(fraction.size());
+
+    // Whole digits and exactly `decimals` fraction digits, with room for a carry in front.
+    std::string all;
+    all.reserve(size_t(wholeLength + decimals + 1));
+    all.append(whole);
+    all.append(fraction, 0, size_t(std::min<qsizetype>(fractionLength, decimals)));
+    if (fractionLength < decimals)
+        all.append(size_t(decimals - fractionLength), '0');
+    // Halves away from zero, as the suite's display formats always have ("#,##0" shows 2,5 as 3).
+    if (fractionLength > decimals && fraction[decimals] >= '5') {
+        qsizetype i = qsizetype(all.size()) - 1;
+        for (; i >= 0 && all[size_t(i)] == '9'; --i)
+            all[size_t(i)] = '0';
+        if (i >= 0)
+            ++all[size_t(i)];
+        else
+            all.insert(all.begin(), '1');
+    }
+    const qsizetype wholeDigits = qsizetype(all.size()) - decimals;   // at least the "0"
+
+    std::string out;
+    out.reserve(all.size() + size_t(wholeDigits / 3) + 2);
     // -0,4 shows as "0", not "-0": a sign on a zero only confuses the reader.
-    const bool allZero = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
-        return !c.isDigit() || c == QLatin1Char('0');
-    });
-    if (d.negative && !allZero)
-        text.prepend(QLatin1Char('-'));
-    return text;
+    if (negative && all.find_first_not_of('0') != std::string::npos)
+        out.push_back('-');
+    for (qsizetype i = 0; i < wholeDigits; ++i) {
+        if (grouped && i > 0 && (wholeDigits - i) % 3 == 0)
+            out.push_back('.');
+        out.push_back(all[size_t(i)]);
+    }
+    if (decimals > 0) {
+        out.push_back(',');
+        out.append(all, size_t(wholeDigits), std::string::npos);
+    }
+    return QString::fromLatin1(out.data(), qsizetype(out.size()));
 }
 
 bool isDigits(QStringView s)
