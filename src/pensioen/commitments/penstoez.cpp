@@ -392,6 +392,7 @@ void PensToez::Private::colourUitkeringSoort()
 bool PensToez::Private::fillControls()
 {
     return trap.run("Fill_Controls", [&] {
+        const LayoutPause pause({q, ui->fraToezeggingen});
         if (!bound())
             return;
         // PreP
@@ -486,6 +487,7 @@ DienstverbandPtr PensToez::Private::dienstverband()
 void PensToez::Private::showWarnings()
 {
     trap.run("Show_Warnings", [&] {
+        const LayoutPause pause({q, ui->fraToezeggingen});
         bool pensioenOverlap = false;
         bool prepOverlap = false;
         if (bound()) {

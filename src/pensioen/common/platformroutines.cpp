@@ -6,6 +6,7 @@
 #include <QAbstractItemView>
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QMetaProperty>
 #include <QPalette>
 #include <QScreen>
@@ -244,6 +245,26 @@ void SetDropDownWidth(QComboBox *combo, int maxWidthPixels)
     const int current = MaxOf(combo->width(), view->minimumWidth());
     if (wanted > current)
         view->setMinimumWidth(wanted);
+}
+
+LayoutPause::LayoutPause(std::initializer_list<QWidget *> containers)
+{
+    for (QWidget *container : containers) {
+        QLayout *layout = container ? container->layout() : nullptr;
+        if (layout && layout->isEnabled()) {
+            layout->setEnabled(false);
+            m_paused.append(layout);
+        }
+    }
+}
+
+LayoutPause::~LayoutPause()
+{
+    // Inner containers first, so that an outer layout measures their final sizes.
+    for (auto it = m_paused.crbegin(); it != m_paused.crend(); ++it) {
+        (*it)->setEnabled(true);
+        (*it)->activate();
+    }
 }
 
 } // namespace VandrelPensioen

@@ -5,7 +5,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <initializer_list>
+
 class QComboBox;
+class QLayout;
 class QWidget;
 
 namespace VandrelPensioen {
@@ -35,6 +38,21 @@ QString ShortenToWidth(QWidget *surface, const QString &text, int maxWidthTwips,
 // Widens the combo box's drop-down list to its widest item (+20 px), never narrower than it is,
 // never wider than maxWidthPixels (when > 0) nor the screen.
 void SetDropDownWidth(QComboBox *combo, int maxWidthPixels = 0);
+
+// Holds the layouts of the given containers (outer ones first) while a load shows and hides their
+// rows, and lays them out once when it ends: Qt otherwise lays a container out again for every
+// widget it shows.
+class LayoutPause
+{
+public:
+    explicit LayoutPause(std::initializer_list<QWidget *> containers);
+    ~LayoutPause();
+    LayoutPause(const LayoutPause &) = delete;
+    LayoutPause &operator=(const LayoutPause &) = delete;
+
+private:
+    QList<QLayout *> m_paused;
+};
 
 template <typename T, typename List>
 bool IsNameInList(const T &value, const List &list)

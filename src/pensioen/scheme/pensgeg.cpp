@@ -349,6 +349,7 @@ bool PensGeg::Private::Fill_FraRegeling()
 bool PensGeg::Private::Fill_FraGrondslag()
 {
     return trap.run("Fill_FraGrondslag", [&] {
+        const LayoutPause pause({ui->fraGrondslag});
         ui->fraGrondslag->setVisible(pensioen->RegelingBekend());
 
         {
@@ -570,10 +571,10 @@ void PensGeg::Private::Resize()
     for (QGroupBox *frame : {ui->fraRegeling, ui->fraGrondslag, ui->fraBijdrage}) {
         if (frame->isHidden())
             continue;
-        if (frame->layout()) {
-            frame->layout()->invalidate();
+        // Showing or hiding a row already told the frame's layout to redo itself; forcing it
+        // again on every load would re-measure every caption of the frame for nothing.
+        if (frame->layout())
             frame->layout()->activate();
-        }
         const int hoogte = frame->sizeHint().height();
         frame->setGeometry(0, top, breedte, hoogte);
         top += hoogte + twips(kFrameAfstand);
