@@ -193,6 +193,15 @@ public:
         ++codeSets;
         codeText = text;
         userEdited = false;
+        // Loading another scheme sets most fields to the text they already show; laying that
+        // text out again is the biggest part of a load. What setText would still change is done
+        // by hand; a field with edits to undo gets the full setText, which also forgets them.
+        if (q->text() == text && !q->isUndoAvailable() && !q->isRedoAvailable()) {
+            q->deselect();
+            q->setCursorPosition(int(text.size()));
+            q->setModified(false);
+            return;
+        }
         q->setText(text);
     }
 
