@@ -56,6 +56,7 @@ public:
     explicit Private(PensList *q) : q(q), trap(QStringLiteral("PensList"), QStringLiteral("Pensioenen")) {}
 
     void Fill_List(qint16 Anv_Id, qint16 Pen_Id);
+    static QStringList rowTexts(VandrelApplication::Pensioen &pensioen, qint16 Anv_Id);
     void Fill_Row(QTreeWidgetItem *item, VandrelApplication::Pensioen &pensioen, qint16 Anv_Id) const;
     void setColumnWidths(bool narrow);
     void Selection_Changed();
@@ -97,29 +98,35 @@ void PensList::Private::setColumnWidths(bool narrow)
         list->setColumnWidth(column, pixels(W * 0.075 - 15));
 }
 
+QStringList PensList::Private::rowTexts(VandrelApplication::Pensioen &pensioen, qint16 Anv_Id)
+{
+    using VandrelControl::Format::amount;
+    const OuderdomRegelPtr ouderdom =
+        pensioen.OuderdomRegelCount() >= 1 ? pensioen.Get_OuderdomRegel(1) : nullptr;
+    const QString blank = QStringLiteral(" ");
+    return {pensioen.HuidigeWerkgever() ? QStringLiteral("Huidige") : QStringLiteral("Vorige"),
+            pensioen.Uitvoerder(),
+            schemeType(pensioen.SoortRegeling()),
+            Anv_Id == 0 ? QString() : Anv_Id == 1 ? QStringLiteral("Aanvrager") : QStringLiteral("Partner"),
+            ouderdom ? amount(ouderdom->BedragPreP()) : blank,
+            ouderdom ? amount(ouderdom->BedragOP()) : blank,
+            amount(pensioen.BedragTOP()),
+            amount(pensioen.BedragPP()),
+            blank,
+            amount(pensioen.BedragIP())};
+}
+
 void PensList::Private::Fill_Row(QTreeWidgetItem *item, VandrelApplication::Pensioen &pensioen,
                                  qint16 Anv_Id) const
 {
-    item->setText(0, pensioen.HuidigeWerkgever() ? QStringLiteral("Huidige") : QStringLiteral("Vorige"));
-    item->setText(1, pensioen.Uitvoerder());
-    item->setText(2, schemeType(pensioen.SoortRegeling()));
-    // Without a participant number the cell keeps what it had (empty for a new row).
-    if (Anv_Id != 0)
-        item->setText(3, Anv_Id == 1 ? QStringLiteral("Aanvrager") : QStringLiteral("Partner"));
-
-    const OuderdomRegelPtr ouderdom =
-        pensioen.OuderdomRegelCount() >= 1 ? pensioen.Get_OuderdomRegel(1) : nullptr;
-    if (ouderdom) {
-        item->setText(4, VandrelControl::Format::amount(ouderdom->BedragPreP()));
-        item->setText(5, VandrelControl::Format::amount(ouderdom->BedragOP()));
-    } else {
-        item->setText(4, QStringLiteral(" "));
-        item->setText(5, QStringLiteral(" "));
+    const QStringList texts = rowTexts(pensioen, Anv_Id);
+    for (int column = 0; column < ColumnCount; ++column) {
+        // Without a participant number the cell keeps what it had.
+        if (column == 3 && Anv_Id == 0)
+            continue;
+        if (item->text(column) != texts.at(column))
+            item->setText(column, texts.at(column));
     }
-    item->setText(6, VandrelControl::Format::amount(pensioen.BedragTOP()));
-    item->setText(7, VandrelControl::Format::amount(pensioen.BedragPP()));
-    item->setText(8, QStringLiteral(" "));
-    item->setText(9, VandrelControl::Format::amount(pensioen.BedragIP()));
 }
 
 void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
@@ -127,10 +134,17 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
     QTreeWidget *list = ui.LstPensioenen;
     filling = true;
     list->clear();
-    list->setHeaderLabels({QStringLiteral("Werkgever"), QStringLiteral("Pensioenuitvoerder"),
-                           QStringLiteral("Pensioenregeling"), QStringLiteral("Deelnemer"),
-                           QStringLiteral("PP"), QStringLiteral("OP"), QStringLiteral("TOP"),
-                           QStringLiteral("NP"), QStringLiteral("NOP"), QStringLiteral("IP")});
+    static const QStringList headers{QStringLiteral("Werkgever"), QStringLiteral("Pensioenuitvoerder"),
+                                     QStringLiteral("Pensioenregeling"), QStringLiteral("Deelnemer"),
+                                     QStringLiteral("PP"), QStringLiteral("OP"), QStringLiteral("TOP"),
+                                     QStringLiteral("NP"), QStringLiteral("NOP"), QStringLiteral("IP")};
+    // Captions set again make the header measure all of them again; they never change.
+    QTreeWidgetItem *header = list->headerItem();
+    bool headersShown = header->columnCount() == ColumnCount;
+    for (int column = 0; headersShown && column < ColumnCount; ++column)
+        headersShown = header->text(column) == headers.at(column);
+    if (!headersShown)
+        list->setHeaderLabels(headers);
 
     QTreeWidgetItem *wanted = nullptr;
     const int wantedKey = Anv_Id * 100 + Pen_Id;
@@ -149,12 +163,10 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
             if (!aanvrager)
                 break;
             for (qint16 k = 1; PensioenPtr pensioen = aanvrager->Get_Pensioen(k); ++k) {
-                auto *item = new QTreeWidgetItem();
+                // Built with all its texts at once: a cell set one by one announces itself.
+                auto *item = new QTreeWidgetItem(rowTexts(*pensioen, n));
                 rows.append(item);
-                for (int column = 1; column < ColumnCount; ++column)
-                    item->setText(column, QString());
                 ListView::setKey(item, PensList::rowKey(n, k));
-                Fill_Row(item, *pensioen, n);
                 if (n * 100 + k == wantedKey)
                     wanted = item;
             }
