@@ -8,9 +8,11 @@
 #include "penslist.h"
 #include "pensmain.h"
 #include "penstoez.h"
+#include "textbox.h"
 #include "usersim.h"
 
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -128,6 +130,35 @@ private Q_SLOTS:
         QCOMPARE(m_main->shownAanvrager(), qint16(2));
         QCOMPARE(m_main->shownPensioen(), qint16(1));
         QCOMPARE(m_messages->count(), 0);
+    }
+
+    // A host that opens another case hands the screen a new Application; the panels then show
+    // that case's first scheme with its own values, and the check runs on those values.
+    void anotherCaseShowsItsOwnFirstScheme()
+    {
+        auto first = newCase(2);
+        auto eerste = scheme(first, 1, 1);
+        eerste->setUitvoerder(QStringLiteral("Eerste Fonds"));
+        eerste->setRegelingBekend(true);
+        eerste->setSoortRegeling(SoortRegeling::Middelloon);
+        eerste->setOpbouwPercentage(1.75f);
+        m_main->SetApplication(first);
+        QCOMPARE(find<VandrelControl::TextBox>(m_gegevens, QStringLiteral("txtUitvoerder"))->text(),
+                 QStringLiteral("Eerste Fonds"));
+
+        auto second = newCase(2);
+        makeInvalid(scheme(second, 1, 1));
+        scheme(second, 1, 1)->setUitvoerder(QStringLiteral("Tweede Fonds"));
+        m_main->SetApplication(second);
+        QCOMPARE(m_main->shownPensioen(), qint16(1));
+        QCOMPARE(find<VandrelControl::TextBox>(m_gegevens, QStringLiteral("txtUitvoerder"))->text(),
+                 QStringLiteral("Tweede Fonds"));
+        QVERIFY(find<QRadioButton>(m_gegevens, QStringLiteral("optBeschikbarePremie"))->isChecked());
+        bool cancel = false;
+        m_main->Validation(cancel, 0);
+        QVERIFY(cancel);
+        QCOMPARE(m_messages->count(), 1);
+        QCOMPARE(m_messages->last().text, QStringLiteral("Doelvermogen niet ingevuld."));
     }
 
     void refusedSelectionKeepsTheShownScheme()
