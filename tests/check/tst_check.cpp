@@ -251,6 +251,73 @@ private Q_SLOTS:
         QCOMPARE(messages.at(0).toObject().value(QStringLiteral("antwoord")).toString(), QStringLiteral("Ja"));
     }
 
+    // Every scheme is checked on its own values, whatever the scheme before it did: here a sound
+    // scheme (with a question answered Yes), then one whose factor A is over the limit, then a
+    // sound defined-contribution scheme, repeated, and a partner whose last scheme fails.
+    void everySchemeIsCheckedOnItsOwnValues()
+    {
+        QJsonObject document = readJson(example(QStringLiteral("sample-couple.json")));
+        QJsonArray aanvragers = document.value(QStringLiteral("Aanvragers")).toArray();
+        QJsonObject applicant = aanvragers.at(0).toObject();
+        const QJsonArray three = applicant.value(QStringLiteral("Pensioenen")).toArray();
+        QCOMPARE(three.size(), 3);
+        QJsonArray schemes;
+        for (int i = 0; i < 7; ++i) {
+            QJsonObject scheme = three.at(i % 3).toObject();
+            if (i % 3 == 1)
+                scheme.insert(QStringLiteral("Aangroei"), 236.2);   // limit: 1,657% of 14.255 = 236
+            schemes.append(scheme);
+        }
+        applicant.insert(QStringLiteral("Pensioenen"), schemes);
+        aanvragers.replace(0, applicant);
+        QJsonObject partner = aanvragers.at(1).toObject();
+        QJsonArray partnerSchemes = partner.value(QStringLiteral("Pensioenen")).toArray();
+        QJsonObject last = partnerSchemes.last().toObject();
+        last.insert(QStringLiteral("Uitvoerder"), QStringLiteral("Laatste Fonds"));
+        last.insert(QStringLiteral("SoortRegeling"), 3);
+        last.insert(QStringLiteral("Doelvermogen"), 0);
+        partnerSchemes.replace(partnerSchemes.size() - 1, last);
+        partner.insert(QStringLiteral("Pensioenen"), partnerSchemes);
+        aanvragers.replace(1, partner);
+        document.insert(QStringLiteral("Aanvragers"), aanvragers);
+        const QString path = m_dir.filePath(QStringLiteral("afwisselend.json"));
+        QVERIFY(writeJson(path, document));
+
+        // Checked twice in one run, with a sound case after it: nothing of one case or one
+        // scheme may carry over into the next.
+        const Run run = zarnoveld({QStringLiteral("check"), path, path, example(QStringLiteral("single.json"))});
+        QCOMPARE(run.exitCode, 1);
+        const QString factorA = QStringLiteral(
+            "FOUT [Ongeldige invoer] Pensioenaangroei (factor A) mag maximaal het opbouwpercentage (1,657%) "
+            "vermenigvuldigd met de Pensioengrondslag (€ 14.255) zijn (€ 236).");
+        const QString expected = QStringLiteral(
+            "  Aanvrager Jan van den Berg, regeling 1 (ABP): in orde (1 vraag met Ja beantwoord)\n"
+            "  Aanvrager Jan van den Berg, regeling 2 (Pensioenfonds Rabobank): %1\n"
+            "  Aanvrager Jan van den Berg, regeling 3 (Brand New Day): in orde\n"
+            "  Aanvrager Jan van den Berg, regeling 4 (ABP): in orde (1 vraag met Ja beantwoord)\n"
+            "  Aanvrager Jan van den Berg, regeling 5 (Pensioenfonds Rabobank): %1\n"
+            "  Aanvrager Jan van den Berg, regeling 6 (Brand New Day): in orde\n"
+            "  Aanvrager Jan van den Berg, regeling 7 (ABP): in orde (1 vraag met Ja beantwoord)\n"
+            "  Partner Ria van den Berg-Smit, regeling 1 (PFZW): in orde (1 vraag met Ja beantwoord)\n"
+            "  Partner Ria van den Berg-Smit, regeling 2 (Bpf Levensmiddelen): in orde\n"
+            "  Partner Ria van den Berg-Smit, regeling 3 (Laatste Fonds): FOUT [Invoer verplicht] Doelvermogen niet ingevuld.\n")
+                                     .arg(factorA);
+        QCOMPARE(run.out.count(expected), 2);
+        QVERIFY2(run.out.contains(QStringLiteral("  Aanvrager Fatima el Amrani, regeling 1 (PME): in orde\n")),
+                 qPrintable(run.out));
+        QVERIFY(run.out.contains(QStringLiteral("Resultaat: 21 regelingen gecontroleerd, 15 in orde, 6 met een fout.\n")));
+    }
+
+    // The examples are what the program ships with: the sample couple passes as it stands.
+    void sampleCouplePasses()
+    {
+        const Run run = zarnoveld({QStringLiteral("check"), example(QStringLiteral("sample-couple.json")),
+                                   example(QStringLiteral("stress-99-in-orde.json"))});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.out.contains(QStringLiteral("Resultaat: 204 regelingen gecontroleerd, 204 in orde, 0 met een fout.\n")),
+                 qPrintable(run.out));
+    }
+
     // A case file is checked on a copy held in memory: the file itself is not written.
     void caseFileIsNeverWritten()
     {

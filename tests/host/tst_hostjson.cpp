@@ -57,7 +57,7 @@ class TstHostJson : public QObject
 private slots:
     void samplesImport()
     {
-        for (const char *name : {"sample-couple.json", "single.json", "stress-99.json", "check-errors.json"}) {
+        for (const char *name : {"sample-couple.json", "single.json", "stress-99.json", "stress-99-in-orde.json", "check-errors.json"}) {
             const QJsonObject doc = example(name);
             QVERIFY2(!doc.isEmpty(), name);
             auto app = HostApplication::importJson(doc);

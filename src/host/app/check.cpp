@@ -16,6 +16,8 @@
 #include <QJsonParseError>
 #include <QMetaObject>
 #include <QPointer>
+#include <QAbstractButton>
+#include <QTreeWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QWidget>
@@ -34,19 +36,32 @@ namespace {
 const QString kProgId = QStringLiteral("VandrelPensioen.PensMain");
 
 // ---------------------------------------------------------------------------------------------
-// The host may only hand the screen an Application and ask it to validate; the screen itself
-// always shows the first row of its list. So the check hands it a view of the case in which the
-// scheme to check is that first row: its participant lists it as number 1 followed by its other
-// schemes in their own order (the employment choice still sees every scheme of the participant),
-// and the other participant shows no schemes (nothing checks across participants). All data
-// objects are the case's own; only the numbering of the two scheme lists differs.
+// The host may only hand the screen an Application and ask it to validate. So the check drives
+// the screen as a user would: it validates the scheme shown, clicks the next row of the list when
+// that scheme passes, and deletes a scheme that stops the user to get past it. The check works on
+// a view of the case, in which
+//   - only the participant being checked shows schemes (nothing checks across participants, and
+//     the list stays as short as it can be);
+//   - "deleting" a scheme deletes nothing: the view turns that participant's list so that the
+//     scheme after it comes first and the ones already checked go to the end. Every scheme stays
+//     visible to the checks that look at all schemes of the participant (the employment choice),
+//     and the list's own reload after a delete shows the next scheme without validating the one
+//     that failed;
+//   - deleting the last scheme of a participant moves the view on to the next participant, and
+//     after the last one to no schemes at all, which leaves the screen empty for the next case.
+// All data objects are the case's own; only the numbering of the scheme lists differs.
 
 class SchemeView;
 
 class ViewAanvrager : public Aanvrager
 {
 public:
-    ViewAanvrager(AanvragerPtr real, qint16 front) : m_real(std::move(real)), m_front(front) {}
+    ViewAanvrager(AanvragerPtr real, SchemeView &view) : m_real(std::move(real)), m_view(view)
+    {
+        // Nothing in a check adds or removes a real scheme, so the count holds for the view's life.
+        while (m_real->Get_Pensioen(qint16(m_count + 1)))
+            ++m_count;
+    }
 
     qint16 Anv_Id() const override { return m_real->Anv_Id(); }
     QString Naam() const override { return m_real->Naam(); }
@@ -62,75 +77,79 @@ public:
     qint16 AddDienstverband() override { return m_real->AddDienstverband(); }
     void RemoveDienstverband(qint16 index) override { m_real->RemoveDienstverband(index); }
 
-    PensioenPtr Get_Pensioen(qint16 Pen_Id) override
+    PensioenPtr Get_Pensioen(qint16 Pen_Id) override;
+    // Renumbering under the screen's feet would make the view lie; nothing in a check adds a
+    // scheme, so one that tries is reported as an error.
+    qint16 AddPension() override
     {
-        if (m_front == 0 || Pen_Id < 1)
-            return nullptr;
-        if (Pen_Id == 1)
-            return m_real->Get_Pensioen(m_front);
-        return m_real->Get_Pensioen(Pen_Id <= m_front ? qint16(Pen_Id - 1) : Pen_Id);
+        throw HostError(HostErrorCode::InvalidState,
+                        QStringLiteral("Tijdens de controle worden geen pensioenregelingen toegevoegd."),
+                        QStringLiteral("zarnoveld check"));
     }
-    // Renumbering under the screen's feet would make the view lie; nothing in a check adds or
-    // removes a scheme, so one that tries is reported as an error.
-    qint16 AddPension() override { throw refused(); }
-    void RemovePension(qint16) override { throw refused(); }
+    void RemovePension(qint16 Pen_Id) override;
+
+    qint16 count() const { return m_count; }
+    // The real number of the scheme the view numbers Pen_Id, 0 when there is none.
+    qint16 realNumber(qint16 Pen_Id) const
+    {
+        if (Pen_Id < 1 || Pen_Id > m_count)
+            return 0;
+        return qint16((Pen_Id - 1 + m_turn) % m_count + 1);
+    }
+    // Turns the list so that the real scheme `real` comes first.
+    void startAt(qint16 real) { m_turn = m_count > 0 ? qint16((real - 1 + m_count) % m_count) : 0; }
 
 private:
-    static HostError refused()
-    {
-        return HostError(HostErrorCode::InvalidState,
-                         QStringLiteral("Tijdens de controle worden geen pensioenregelingen toegevoegd of verwijderd."),
-                         QStringLiteral("zarnoveld check"));
-    }
-
     AanvragerPtr m_real;
-    qint16 m_front;   // the real number shown as number 1; 0 hides every scheme
+    SchemeView &m_view;
+    qint16 m_count = 0;
+    qint16 m_turn = 0;   // how far the list is turned: view number 1 is real number m_turn + 1
 };
 
 class ViewDossier : public Dossier
 {
 public:
-    ViewDossier(DossierPtr real, qint16 anvId, qint16 penId)
-        : m_real(std::move(real)), m_anvId(anvId), m_penId(penId) {}
+    explicit ViewDossier(SchemeView &view) : m_view(view) {}
 
-    AanvragerPtr Get_Aanvrager(qint16 Anv_Id) override
-    {
-        auto found = m_aanvragers.find(Anv_Id);
-        if (found != m_aanvragers.end())
-            return found->second;
-        AanvragerPtr real = m_real->Get_Aanvrager(Anv_Id);
-        AanvragerPtr view = real ? std::make_shared<ViewAanvrager>(real, Anv_Id == m_anvId ? m_penId : 0) : nullptr;
-        // Kept, so that the screen gets the same object each time it asks, as from the case.
-        m_aanvragers.emplace(Anv_Id, view);
-        return view;
-    }
-    qint16 AddAanvrager() override { m_aanvragers.clear(); return m_real->AddAanvrager(); }
-    void RemoveAanvrager(qint16 Anv_Id) override { m_aanvragers.clear(); m_real->RemoveAanvrager(Anv_Id); }
-    qint32 SyncVlaggen() const override { return m_real->SyncVlaggen(); }
-    void setSyncVlaggen(qint32 value) override { m_real->setSyncVlaggen(value); }
+    AanvragerPtr Get_Aanvrager(qint16 Anv_Id) override;
+    qint16 AddAanvrager() override { throw refused(); }
+    void RemoveAanvrager(qint16) override { throw refused(); }
+    qint32 SyncVlaggen() const override;
+    void setSyncVlaggen(qint32 value) override;
 
 private:
-    DossierPtr m_real;
-    qint16 m_anvId;
-    qint16 m_penId;
-    std::map<qint16, AanvragerPtr> m_aanvragers;
+    static HostError refused()
+    {
+        return HostError(HostErrorCode::InvalidState,
+                         QStringLiteral("Tijdens de controle worden geen deelnemers toegevoegd of verwijderd."),
+                         QStringLiteral("zarnoveld check"));
+    }
+
+    SchemeView &m_view;
 };
 
 class SchemeView : public Application
 {
 public:
-    SchemeView(std::shared_ptr<HostApplication> real, qint16 anvId, qint16 penId)
-        : m_real(std::move(real))
+    explicit SchemeView(std::shared_ptr<HostApplication> real) : m_real(std::move(real))
     {
-        if (DossierPtr dossier = m_real->Get_Dossier())
-            m_dossier = std::make_shared<ViewDossier>(dossier, anvId, penId);
+        m_dossier = m_real->Get_Dossier();
+        for (qint16 n = 1; m_dossier; ++n) {
+            AanvragerPtr aanvrager = m_dossier->Get_Aanvrager(n);
+            if (!aanvrager)
+                break;
+            m_aanvragers.push_back(std::make_shared<ViewAanvrager>(aanvrager, *this));
+        }
+        m_viewDossier = std::make_shared<ViewDossier>(*this);
+        m_current = firstWithSchemesFrom(1);
     }
 
     // A closed view has no case: a control that still holds it (its end-of-life clean-up walks
     // the case and removes schemes) finds nothing to do.
     void close() { m_closed = true; }
+    void reopen() { m_closed = false; }
 
-    DossierPtr Get_Dossier() override { return m_closed ? nullptr : m_dossier; }
+    DossierPtr Get_Dossier() override { return m_closed || !m_dossier ? nullptr : m_viewDossier; }
     ParametersPtr Get_Parameters() override { return m_real->Get_Parameters(); }
     void ReportError(ErrorRecord &record) override
     {
@@ -140,13 +159,81 @@ public:
     QString Title() const override { return m_real->Title(); }
     QIcon Icon() const override { return m_real->Icon(); }
 
+    const DossierPtr &realDossier() const { return m_dossier; }
+    qint16 participantCount() const { return qint16(m_aanvragers.size()); }
+    std::shared_ptr<ViewAanvrager> participant(qint16 Anv_Id) const
+    {
+        return Anv_Id >= 1 && Anv_Id <= participantCount() ? m_aanvragers[size_t(Anv_Id - 1)] : nullptr;
+    }
+    // The participant whose schemes the view shows, 0 once every participant is done.
+    qint16 current() const { return m_current; }
+    // Shows the participant's schemes with its real scheme `real` first.
+    void showFrom(qint16 Anv_Id, qint16 real)
+    {
+        m_current = Anv_Id;
+        if (std::shared_ptr<ViewAanvrager> aanvrager = participant(Anv_Id))
+            aanvrager->startAt(real);
+    }
+    // The screen deleted the scheme the view numbers Pen_Id of the current participant: the next
+    // one comes first, or after the participant's last, the next participant's first.
+    void schemeDone(qint16 Anv_Id, qint16 Pen_Id)
+    {
+        std::shared_ptr<ViewAanvrager> aanvrager = participant(Anv_Id);
+        if (!aanvrager || Anv_Id != m_current)
+            return;
+        const qint16 real = aanvrager->realNumber(Pen_Id);
+        if (real >= aanvrager->count())
+            showFrom(firstWithSchemesFrom(qint16(Anv_Id + 1)), 1);
+        else
+            aanvrager->startAt(qint16(real + 1));
+    }
+
     std::function<void(const ErrorRecord &)> m_onError;
 
 private:
+    qint16 firstWithSchemesFrom(qint16 Anv_Id) const
+    {
+        for (qint16 n = Anv_Id; n <= participantCount(); ++n)
+            if (participant(n)->count() > 0)
+                return n;
+        return 0;
+    }
+
     std::shared_ptr<HostApplication> m_real;
     DossierPtr m_dossier;
+    DossierPtr m_viewDossier;
+    std::vector<std::shared_ptr<ViewAanvrager>> m_aanvragers;
+    qint16 m_current = 0;
     bool m_closed = false;
 };
+
+PensioenPtr ViewAanvrager::Get_Pensioen(qint16 Pen_Id)
+{
+    if (m_view.current() != Anv_Id())
+        return nullptr;
+    const qint16 real = realNumber(Pen_Id);
+    return real > 0 ? m_real->Get_Pensioen(real) : nullptr;
+}
+
+void ViewAanvrager::RemovePension(qint16 Pen_Id)
+{
+    m_view.schemeDone(Anv_Id(), Pen_Id);
+}
+
+AanvragerPtr ViewDossier::Get_Aanvrager(qint16 Anv_Id)
+{
+    return m_view.participant(Anv_Id);
+}
+
+qint32 ViewDossier::SyncVlaggen() const
+{
+    return m_view.realDossier()->SyncVlaggen();
+}
+
+void ViewDossier::setSyncVlaggen(qint32 value)
+{
+    m_view.realDossier()->setSyncVlaggen(value);
+}
 
 QString deelnemer(qint16 anvId)
 {
@@ -214,12 +301,15 @@ class Checker::Private
 public:
     bool createControl(QString *error);
     void dropControl();
-    bool show(const std::shared_ptr<SchemeView> &view);
-    void validate(SchemeResult &result);
+    void show(const std::shared_ptr<SchemeView> &view);
+    int currentRow() const;
+    bool checkShown(SchemeView &view, qint16 anvId, qint16 real, SchemeResult &result, bool afterFailure);
+    void judge(SchemeResult &result, bool cancel);
 
     QPointer<QWidget> control;
+    QPointer<QTreeWidget> list;          // the control's scheme list, as the user clicks it
+    QPointer<QAbstractButton> deleteButton;
     std::shared_ptr<SchemeView> shown;   // the view the control holds
-    bool controlClean = true;            // the shown scheme passed, so the control can move on
     QList<Message> captured;
 };
 
@@ -238,7 +328,14 @@ bool Checker::Private::createControl(QString *error)
     widget->setUpdatesEnabled(false);
     widget->show();
     control = widget;
-    controlClean = true;
+    list = widget->findChild<QTreeWidget *>(QStringLiteral("LstPensioenen"));
+    deleteButton = widget->findChild<QAbstractButton *>(QStringLiteral("cmdVerwijder"));
+    if (!list || !deleteButton) {
+        if (error)
+            *error = QStringLiteral("Het pensioenscherm heeft geen lijst met pensioenregelingen.");
+        dropControl();
+        return false;
+    }
     return true;
 }
 
@@ -251,44 +348,71 @@ void Checker::Private::dropControl()
     control = nullptr;
 }
 
-bool Checker::Private::show(const std::shared_ptr<SchemeView> &view)
+void Checker::Private::show(const std::shared_ptr<SchemeView> &view)
 {
-    // A control whose scheme failed refuses to show another one (it validates the old scheme
-    // first and keeps it); a fresh control is cheaper than talking it round.
-    if (control && !controlClean)
-        dropControl();
-    if (!control && !createControl(nullptr))
-        return false;
-    captured.clear();
     QMetaObject::invokeMethod(control, "SetApplication", Qt::DirectConnection,
                               Q_ARG(VandrelApplication::ApplicationPtr, view));
-    if (shown)
+    if (shown && shown != view)
         shown->close();
     shown = view;
-    // Switching made the control check the scheme shown before once more. That scheme passed, so
-    // it should be quiet; if it was not, the new scheme may not have been taken: start afresh.
-    if (!captured.isEmpty()) {
-        dropControl();
-        if (!createControl(nullptr))
-            return false;
-        captured.clear();
-        QMetaObject::invokeMethod(control, "SetApplication", Qt::DirectConnection,
-                                  Q_ARG(VandrelApplication::ApplicationPtr, view));
-        shown = view;
-    }
     captured.clear();
-    return true;
 }
 
-void Checker::Private::validate(SchemeResult &result)
+int Checker::Private::currentRow() const
 {
+    QTreeWidgetItem *item = list ? list->currentItem() : nullptr;
+    return item && item->isSelected() ? list->indexOfTopLevelItem(item) : -1;
+}
+
+// Checks the scheme shown and moves the screen past it, as a user leaves a scheme: by clicking the
+// next row, for which the screen first runs its full check on the scheme shown (the very check the
+// host asks for) and keeps that scheme when the check stops the user; or, for the participant's
+// last scheme, on the host's request. A scheme that stops the user, and the participant's last,
+// is then deleted from the view (see above), which after the last scheme of the case also leaves
+// the screen empty. A refused click costs the screen a rebuilt list, and so does the delete that
+// follows; so after a scheme that failed, the next is checked on request first and clicked past
+// only when it passes (schemes that fail tend to come together, from one import). False when the
+// screen did not follow; the caller then starts afresh.
+bool Checker::Private::checkShown(SchemeView &view, qint16 anvId, qint16 real, SchemeResult &result,
+                                  bool afterFailure)
+{
+    const std::shared_ptr<ViewAanvrager> aanvrager = view.participant(anvId);
+    const int row = currentRow();
+    const int next = row + 1;
     bool cancel = false;
     captured.clear();
-    QMetaObject::invokeMethod(control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
-                              Q_ARG(qint32, 0));
-    result.messages = captured;
+    const bool nextFollows = real < aanvrager->count() && next < list->topLevelItemCount()
+                             && aanvrager->realNumber(qint16(next + 1)) == real + 1;
+    if (afterFailure || !nextFollows) {
+        QMetaObject::invokeMethod(control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
+                                  Q_ARG(qint32, 0));
+        judge(result, cancel);
+        captured.clear();
+        if (!cancel && nextFollows) {
+            // It passed, so the check the click runs once more is quiet and lets the screen move on.
+            list->setCurrentItem(list->topLevelItem(next));
+            captured.clear();
+            return currentRow() == next;
+        }
+    } else {
+        list->setCurrentItem(list->topLevelItem(next));
+        cancel = currentRow() != next;
+        judge(result, cancel);
+        captured.clear();
+        if (!cancel)
+            return true;
+        if (currentRow() != row)
+            return false;
+    }
+    deleteButton->click();
     captured.clear();
+    return view.current() == 0 ? list->topLevelItemCount() == 0 : currentRow() == 0;
+}
 
+// What the messages of one check mean for its scheme.
+void Checker::Private::judge(SchemeResult &result, bool cancel)
+{
+    result.messages = captured;
     const Message *errorReport = nullptr;
     const Message *lastBox = nullptr;
     for (const Message &message : std::as_const(result.messages)) {
@@ -312,7 +436,6 @@ void Checker::Private::validate(SchemeResult &result)
         result.passed = false;
         result.stop = *errorReport;
     }
-    controlClean = !cancel;
 }
 
 Checker::Checker()
@@ -340,15 +463,6 @@ CaseResult Checker::checkCase(const std::shared_ptr<HostApplication> &applicatio
     CaseResult result;
     result.source = source;
 
-    struct Target { qint16 anvId; qint16 penId; };
-    QList<Target> targets;
-    DossierPtr dossier = application->Get_Dossier();
-    for (qint16 n = 1; dossier && dossier->Get_Aanvrager(n); ++n) {
-        AanvragerPtr aanvrager = dossier->Get_Aanvrager(n);
-        for (qint16 k = 1; aanvrager->Get_Pensioen(k); ++k)
-            targets.append({n, k});
-    }
-
     // The service's findings on the case as stored, before loading the screen fills anything in.
     {
         ApplicationPtr app = application;
@@ -363,36 +477,61 @@ CaseResult Checker::checkCase(const std::shared_ptr<HostApplication> &applicatio
         return question ? MessageBox::Answer::Yes : MessageBox::Answer::Ok;
     });
 
-    int done = 0;
-    for (const Target &target : std::as_const(targets)) {
-        SchemeResult scheme;
-        scheme.anvId = target.anvId;
-        scheme.penId = target.penId;
-        AanvragerPtr aanvrager = dossier->Get_Aanvrager(target.anvId);
-        PensioenPtr pensioen = aanvrager->Get_Pensioen(target.penId);
-        scheme.naam = aanvrager->Naam();
-        scheme.uitvoerder = pensioen->Uitvoerder().trimmed();
+    auto view = std::make_shared<SchemeView>(application);
+    view->m_onError = [this](const ErrorRecord &record) {
+        d->captured.append({record.Subject.isEmpty() ? record.Title : record.Subject,
+                            QStringLiteral("%1 (%2 in %3: %4)")
+                                .arg(record.Message, record.Procedure, record.Component, record.Description),
+                            false, true});
+    };
+    int total = 0;
+    for (qint16 n = 1; n <= view->participantCount(); ++n)
+        total += view->participant(n)->count();
 
-        auto view = std::make_shared<SchemeView>(application, target.anvId, target.penId);
-        view->m_onError = [this](const ErrorRecord &record) {
-            d->captured.append({record.Subject.isEmpty() ? record.Title : record.Subject,
-                                QStringLiteral("%1 (%2 in %3: %4)")
-                                    .arg(record.Message, record.Procedure, record.Component, record.Description),
-                                false, true});
-        };
-        if (!d->show(view)) {
-            scheme.passed = false;
-            scheme.stop = {QString(), QStringLiteral("Het pensioenscherm kan niet worden gemaakt."), false, true};
-        } else {
-            d->validate(scheme);
+    bool fresh = true;   // the control has yet to be handed the view, turned to the next scheme
+    bool afterFailure = false;
+    for (qint16 anvId = 1; anvId <= view->participantCount(); ++anvId) {
+        const std::shared_ptr<ViewAanvrager> aanvrager = view->participant(anvId);
+        const AanvragerPtr realAanvrager = view->realDossier()->Get_Aanvrager(anvId);
+        for (qint16 real = 1; real <= aanvrager->count(); ++real) {
+            SchemeResult scheme;
+            scheme.anvId = anvId;
+            scheme.penId = real;
+            scheme.naam = realAanvrager->Naam();
+            const PensioenPtr pensioen = realAanvrager->Get_Pensioen(real);
+            scheme.uitvoerder = pensioen ? pensioen->Uitvoerder().trimmed() : QString();
+
+            if (fresh) {
+                view->showFrom(anvId, real);
+                if (d->control || d->createControl(nullptr))
+                    d->show(view);
+            }
+            if (!d->control || view->current() != anvId || aanvrager->realNumber(qint16(d->currentRow() + 1)) != real) {
+                // Not shown, so not checkable; the next scheme gets a fresh control.
+                scheme.passed = false;
+                scheme.stop = {QString(), d->control ? QStringLiteral("Het pensioenscherm toont deze regeling niet.")
+                                                     : QStringLiteral("Het pensioenscherm kan niet worden gemaakt."),
+                               false, true};
+                d->dropControl();
+                view->reopen();
+                fresh = true;
+            } else {
+                fresh = !d->checkShown(*view, anvId, real, scheme, afterFailure);
+                if (fresh) {
+                    // The screen did not follow (a check that was not quiet the second time, a
+                    // host error on the way): the next scheme gets a fresh control.
+                    d->dropControl();
+                    view->reopen();
+                }
+            }
+            afterFailure = !scheme.passed;
+            result.schemes.append(scheme);
+            if (progress)
+                progress(int(result.schemes.size()), total);
         }
-        result.schemes.append(scheme);
-        ++done;
-        if (progress)
-            progress(done, int(targets.size()));
     }
     // The next case must not find this one's view in the control.
-    d->dropControl();
+    view->close();
     return result;
 }
 
