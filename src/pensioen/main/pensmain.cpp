@@ -167,6 +167,14 @@ PensMain::PensMain(QWidget *parent)
     , d(std::make_unique<Private>(this))
 {
     ++s_liveObjects;
+    // Names, amounts and dates are plain Latin text: shaping it (kerning, ligatures) is only
+    // cosmetic there, yet was the largest single cost of loading, checking and painting a scheme.
+    // Only the strategy is set, so the host's family and size still come through.
+    {
+        QFont plain;
+        plain.setStyleStrategy(QFont::PreferNoShaping);
+        setFont(plain);
+    }
     d->ui.setupUi(this);
 
     PensList *list = d->ui.PensioenList;
