@@ -4,7 +4,10 @@ namespace VandrelApplication {
 
 bool isFilled(const QDate &date)
 {
-    return date.isValid() && date.year() > 1900;
+    // Compared as a day number: the check service asks this hundreds of times per validation,
+    // and working out the year is calendar arithmetic each time.
+    static const qint64 lastUnfilled = QDate(1900, 12, 31).toJulianDay();
+    return date.isValid() && date.toJulianDay() > lastUnfilled;
 }
 
 // Out-of-line destructors anchor each interface's vtable in this library.
