@@ -6,7 +6,9 @@
 #include <QSqlRecord>
 #include <QUuid>
 
+#include <type_traits>
 #include <unordered_map>
+#include <vector>
 
 namespace Zarnoveld::detail {
 
@@ -308,6 +310,18 @@ std::unique_ptr<Store> Store::open(const QString &path, std::shared_ptr<DossierN
     return store;
 }
 
+namespace {
+
+// A new node at the end of its parent's list.
+template <typename Node>
+Node *adopt(std::vector<std::shared_ptr<Node>> &children)
+{
+    children.push_back(std::make_shared<Node>());
+    return children.back().get();
+}
+
+} // namespace
+
 std::shared_ptr<DossierNode> Store::load(QSqlDatabase &db, ParameterValues &params)
 {
     {
@@ -358,66 +372,43 @@ std::shared_ptr<DossierNode> Store::load(QSqlDatabase &db, ParameterValues &para
     if (!dossier)
         fail(Code::InvalidState, QStringLiteral("Het dossierbestand bevat geen dossier."));
 
+    // Reads a table whose records hang under records read before. makeChild adds a node to its
+    // parent and returns it; a record whose parent is missing is skipped, as the foreign key
+    // would have refused it. Returns the nodes read by id, for the tables under this one.
+    const auto readChildren = [&readTable](const TableDef &t, const auto &parents, auto &&makeChild) {
+        using Node = std::remove_pointer_t<decltype(makeChild(*parents.begin()->second))>;
+        std::vector<Node *> read;
+        readTable(t, [&](qint64 parent) -> Record * {
+            const auto it = parents.find(parent);
+            if (it == parents.end())
+                return nullptr;
+            read.push_back(makeChild(*it->second));
+            return read.back();
+        });
+        // A node's id is filled in after makeChild returns, so the map is built afterwards.
+        std::unordered_map<qint64, Node *> byId;
+        for (Node *node : read)
+            byId[node->id] = node;
+        return byId;
+    };
+
     std::unordered_map<qint64, AanvragerNode *> aanvragers;
-    std::unordered_map<qint64, PensioenNode *> pensioenen;
-    std::unordered_map<qint64, OuderdomNode *> rows;
-    readTable(AanvragerTable, [&](qint64) -> Record * {
-        auto node = std::make_shared<AanvragerNode>();
-        dossier->aanvragers.push_back(node);
-        return node.get();
-    });
+    readTable(AanvragerTable, [&](qint64) -> Record * { return adopt(dossier->aanvragers); });
     for (const auto &a : dossier->aanvragers)
         aanvragers[a->id] = a.get();
-    readTable(DienstverbandTable, [&](qint64 parent) -> Record * {
-        auto it = aanvragers.find(parent);
-        if (it == aanvragers.end())
-            return nullptr;
-        auto node = std::make_shared<DienstverbandNode>();
-        it->second->dienstverbanden.push_back(node);
-        return node.get();
+    readChildren(DienstverbandTable, aanvragers, [](AanvragerNode &a) { return adopt(a.dienstverbanden); });
+    const auto pensioenen = readChildren(PensioenTable, aanvragers, [](AanvragerNode &a) {
+        PensioenNode *node = adopt(a.pensioenen);
+        node->aanvrager = &a;
+        return node;
     });
-    std::vector<PensioenNode *> newPens;
-    readTable(PensioenTable, [&](qint64 parent) -> Record * {
-        auto it = aanvragers.find(parent);
-        if (it == aanvragers.end())
-            return nullptr;
-        auto node = std::make_shared<PensioenNode>();
-        node->aanvrager = it->second;
-        it->second->pensioenen.push_back(node);
-        newPens.push_back(node.get());
-        return node.get();
+    const auto rows = readChildren(OuderdomTable, pensioenen, [](PensioenNode &p) {
+        OuderdomNode *node = adopt(p.rows);
+        node->pensioen = &p;
+        return node;
     });
-    for (PensioenNode *p : newPens)
-        pensioenen[p->id] = p;
-    std::vector<OuderdomNode *> newRows;
-    readTable(OuderdomTable, [&](qint64 parent) -> Record * {
-        auto it = pensioenen.find(parent);
-        if (it == pensioenen.end())
-            return nullptr;
-        auto node = std::make_shared<OuderdomNode>();
-        node->pensioen = it->second;
-        it->second->rows.push_back(node);
-        newRows.push_back(node.get());
-        return node.get();
-    });
-    for (OuderdomNode *r : newRows)
-        rows[r->id] = r;
-    readTable(ScenarioRegelTable, [&](qint64 parent) -> Record * {
-        auto it = rows.find(parent);
-        if (it == rows.end())
-            return nullptr;
-        auto node = std::make_shared<ScenarioRegelNode>();
-        it->second->regels.push_back(node);
-        return node.get();
-    });
-    readTable(AoTable, [&](qint64 parent) -> Record * {
-        auto it = pensioenen.find(parent);
-        if (it == pensioenen.end())
-            return nullptr;
-        auto node = std::make_shared<AoNode>();
-        it->second->ao.push_back(node);
-        return node.get();
-    });
+    readChildren(ScenarioRegelTable, rows, [](OuderdomNode &r) { return adopt(r.regels); });
+    readChildren(AoTable, pensioenen, [](PensioenNode &p) { return adopt(p.ao); });
     if (dossier->aanvragers.empty())
         fail(Code::InvalidState, QStringLiteral("Het dossierbestand bevat geen aanvrager."));
     return dossier;
