@@ -8,6 +8,8 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QStyle>
+#include <QStyleOptionFrame>
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -117,6 +119,7 @@ private Q_SLOTS:
     void kindAndDecimalsReformatCodeValue();
     void closingDialogDoesNotValidate();
     void handlerMovingFocusOnEnterDoesNotValidateAgain();
+    void dateFieldWidensForALargerFont();
 
 private:
     std::unique_ptr<Form> form;
@@ -690,6 +693,40 @@ void TestTextBox::handlerMovingFocusOnEnterDoesNotValidateAgain()
     QCOMPARE(a.calls, 1);
     QCOMPARE(b.calls, 0);
     QCOMPARE(QApplication::focusWidget(), form->txtB);
+}
+
+// A form gives its date fields a fixed width for the standard font; a user with a larger font
+// must still see the whole date, while the standard font keeps the designed width.
+void TestTextBox::dateFieldWidensForALargerFont()
+{
+    QWidget panel;
+    auto *date = new TextBox(&panel);
+    date->setKind(FieldKind::Date);
+    date->setFixedWidth(80);
+    date->setDate(QDate(2038, 4, 1));
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    const auto fits = [date] {
+        QStyleOptionFrame option;
+        option.initFrom(date);
+        const QRect inner = date->style()->subElementRect(QStyle::SE_LineEditContents, &option, date);
+        return date->fontMetrics().horizontalAdvance(date->text()) < inner.width();
+    };
+    QVERIFY(fits());
+    QCOMPARE(date->width(), 80);
+
+    QFont large = date->font();
+    large.setPointSizeF(large.pointSizeF() * 2);
+    date->setFont(large);
+    QVERIFY2(fits(), qPrintable(QString::number(date->width())));
+    QVERIFY(date->width() > 80);
+
+    // An amount is not a date: its designed width is the form's business.
+    auto *amount = new TextBox(&panel);
+    amount->setKind(FieldKind::Amount);
+    amount->setFixedWidth(30);
+    amount->setFont(large);
+    QCOMPARE(amount->width(), 30);
 }
 
 QTEST_MAIN(TestTextBox)

@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QStyle>
+#include <QStyleOptionFrame>
 #include <QTimer>
 #include <QValidator>
 
@@ -188,6 +190,32 @@ public:
         filter = next;
     }
 
+    // A date field always needs room for "00-00-0000". Forms give their fields fixed widths for
+    // the standard font; with a larger font a date would be cut off, so the field widens itself
+    // (never narrows) until the whole date fits.
+    void fitDateWidth()
+    {
+        if (kind != FieldKind::Date)
+            return;
+        QStyleOptionFrame option;
+        q->initStyleOption(&option);
+        const QFontMetrics metrics = q->fontMetrics();
+        const QMargins margins = q->textMargins();
+        // The line edit's own inner margin (2 px a side) and the cursor's pixel.
+        const int text = metrics.horizontalAdvance(QStringLiteral("00-00-0000")) + margins.left()
+                         + margins.right() + 2 * 2 + 1;
+        const int needed = q->style()
+                               ->sizeFromContents(QStyle::CT_LineEdit, &option,
+                                                  QSize(text, metrics.height()), q)
+                               .width();
+        if (q->maximumWidth() < needed)
+            q->setMaximumWidth(needed);
+        if (q->minimumWidth() > 0 && q->minimumWidth() < needed)
+            q->setMinimumWidth(needed);
+        if (q->width() < needed && (!q->parentWidget() || !q->parentWidget()->layout()))
+            q->resize(needed, q->height());
+    }
+
     void showCode(const QString &text)
     {
         ++codeSets;
@@ -265,6 +293,7 @@ void TextBox::setKind(FieldKind kind)
         return;
     d->kind = kind;
     d->installFilter();
+    d->fitDateWidth();
     if (d->hasCodeValue && text() == d->codeText)
         setValue(d->codeValue);
     else if (d->hasCodeDate && text() == d->codeText)
@@ -371,6 +400,21 @@ void TextBox::keyPressEvent(QKeyEvent *event)
         return;
     }
     QLineEdit::keyPressEvent(event);
+}
+
+void TextBox::changeEvent(QEvent *event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        d->fitDateWidth();
+}
+
+bool TextBox::event(QEvent *event)
+{
+    // Polish comes after the form has given the field its designed width, which is what is checked.
+    if (event->type() == QEvent::Polish)
+        d->fitDateWidth();
+    return QLineEdit::event(event);
 }
 
 void TextBox::focusInEvent(QFocusEvent *event)
