@@ -993,7 +993,7 @@ void PensToez::Private::validationChecks(bool &Cancel, qint32 code)
 // --- public members ------------------------------------------------------------------------
 
 PensToez::PensToez(QWidget *parent)
-    : QWidget(parent)
+    : SchemePanel(parent)
     , d(std::make_unique<Private>(this))
 {
     d->setup();
@@ -1015,16 +1015,6 @@ void PensToez::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, 
 void PensToez::Validation(bool &Cancel, qint32 ControleNr)
 {
     d->validation(Cancel, ControleNr);
-}
-
-QColor PensToez::BackColor() const
-{
-    return BackColorOf(this);
-}
-
-void PensToez::setBackColor(const QColor &colour)
-{
-    ApplyBackColor(this, colour);
 }
 
 } // namespace VandrelPensioen

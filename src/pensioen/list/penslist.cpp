@@ -269,7 +269,7 @@ void PensList::Private::cmdVerwijder_Click()
 }
 
 PensList::PensList(QWidget *parent)
-    : QWidget(parent)
+    : SchemePanel(parent)
     , d(std::make_unique<Private>(this))
 {
     d->ui.setupUi(this);
@@ -350,16 +350,6 @@ void PensList::InfoChanged()
     PensioenPtr pensioen = aanvrager ? aanvrager->Get_Pensioen(Pen_Id) : nullptr;
     if (pensioen)
         d->Fill_Row(row, *pensioen, Anv_Id);
-}
-
-QColor PensList::BackColor() const
-{
-    return BackColorOf(this);
-}
-
-void PensList::setBackColor(const QColor &colour)
-{
-    ApplyBackColor(this, colour);
 }
 
 QString PensList::rowKey(qint16 Anv_Id, qint16 Pen_Id)

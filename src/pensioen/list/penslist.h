@@ -1,30 +1,26 @@
 #pragma once
 
 #include "hostmodel.h"
+#include "schemepanel.h"
 
-#include <QColor>
-#include <QWidget>
 
 #include <memory>
 
 namespace VandrelPensioen {
 
 // Every scheme of applicant and partner in one list, with adding and deleting.
-class PensList : public QWidget
+class PensList : public SchemePanel
 {
     Q_OBJECT
-    Q_PROPERTY(QColor BackColor READ BackColor WRITE setBackColor)
 
 public:
     explicit PensList(QWidget *parent = nullptr);
     ~PensList() override;
 
     void SetApplication(const VandrelApplication::ApplicationPtr &Application, qint16 Anv_Id = 0,
-                        qint16 Pen_Id = 0);
-    void Validation(bool &Cancel, qint32 ControleNr);
+                        qint16 Pen_Id = 0) override;
+    void Validation(bool &Cancel, qint32 ControleNr) override;
     void InfoChanged();
-    QColor BackColor() const;
-    void setBackColor(const QColor &colour);
 
     // The row key is the only link from a row to its scheme: "@" + (Anv_Id * 100 + Pen_Id).
     static QString rowKey(qint16 Anv_Id, qint16 Pen_Id);

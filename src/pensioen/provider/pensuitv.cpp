@@ -82,7 +82,7 @@ public:
 };
 
 PensUitv::PensUitv(QWidget *parent)
-    : QWidget(parent)
+    : SchemePanel(parent)
     , d(std::make_unique<Private>(this))
 {
     d->ui->setupUi(this);
@@ -191,16 +191,6 @@ void PensUitv::Validation(bool &Cancel, qint32 ControleNr)
     // Provider, sector and employment may be left empty: this control has no check of its own and
     // never touches Cancel.
     d->trap.run("Validation", [] {});
-}
-
-QColor PensUitv::BackColor() const
-{
-    return BackColorOf(this);
-}
-
-void PensUitv::setBackColor(const QColor &colour)
-{
-    ApplyBackColor(this, colour);
 }
 
 void PensUitv::resizeEvent(QResizeEvent *event)

@@ -101,7 +101,7 @@ void showDate(TextBox *field, const QDate &value)
 } // namespace
 
 PensGeg::PensGeg(QWidget *parent)
-    : QWidget(parent)
+    : SchemePanel(parent)
     , d(std::make_unique<Private>(this))
 {
     auto *ui = d->ui.get();
@@ -274,16 +274,6 @@ void PensGeg::Validation(bool &Cancel, qint32 ControleNr)
         VandrelControl::MessageBox::ok(this, failure->message, failure->title);
         Cancel = true;
     });
-}
-
-QColor PensGeg::BackColor() const
-{
-    return BackColorOf(this);
-}
-
-void PensGeg::setBackColor(const QColor &colour)
-{
-    ApplyBackColor(this, colour);
 }
 
 void PensGeg::resizeEvent(QResizeEvent *event)
