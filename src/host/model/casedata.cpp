@@ -139,9 +139,9 @@ QVariant defaultValue(Kind kind)
 {
     switch (kind) {
     case Kind::Bool: return QVariant(false);
-    case Kind::Int16: return QVariant::fromValue<qint16>(0);
-    case Kind::Int32: return QVariant::fromValue<qint32>(0);
-    case Kind::Byte: return QVariant::fromValue<quint8>(0);
+    case Kind::Int16:
+    case Kind::Int32:
+    case Kind::Byte: return QVariant(0);
     case Kind::Double: return QVariant(0.0);
     case Kind::Float: return QVariant(0.0f);
     case Kind::Date: return QVariant(QDate());
@@ -152,11 +152,13 @@ QVariant defaultValue(Kind kind)
 
 QVariant normalise(Kind kind, const QVariant &value)
 {
+    // Whole numbers of every width are held as int, cut to their width first: reading an int back
+    // is direct, while a short or a byte goes through Qt's type conversion on every read.
     switch (kind) {
     case Kind::Bool: return QVariant(value.toBool());
-    case Kind::Int16: return QVariant::fromValue<qint16>(static_cast<qint16>(value.toInt()));
-    case Kind::Int32: return QVariant::fromValue<qint32>(value.toInt());
-    case Kind::Byte: return QVariant::fromValue<quint8>(static_cast<quint8>(value.toUInt()));
+    case Kind::Int16: return QVariant(int(static_cast<qint16>(value.toInt())));
+    case Kind::Int32: return QVariant(value.toInt());
+    case Kind::Byte: return QVariant(int(static_cast<quint8>(value.toUInt())));
     case Kind::Double: return QVariant(value.toDouble());
     case Kind::Float: return QVariant(value.toFloat());
     case Kind::Date: {
