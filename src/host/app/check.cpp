@@ -5,9 +5,9 @@
 #include "hostcheck.h"
 #include "messagebox.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -16,13 +16,10 @@
 #include <QJsonParseError>
 #include <QMetaObject>
 #include <QPointer>
-#include <QAbstractButton>
-#include <QTreeWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QTreeWidget>
 #include <QWidget>
-
-#include <map>
 
 #include <unistd.h>
 
