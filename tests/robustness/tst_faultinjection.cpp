@@ -12,6 +12,7 @@
 #include "pensmain.h"
 #include "randomuser.h"
 #include "textbox.h"
+#include "sanitizer.h"
 #include "usersim.h"
 
 #include <QApplication>
@@ -34,19 +35,9 @@ using namespace TestSupport;
 
 namespace {
 
-// Under AddressSanitizer one session costs several times as much: the walk fails every
-// kSanitizerStride-th operation there (plus the first of each kind), every one elsewhere.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr qint64 kSanitizerStride = 2;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr qint64 kSanitizerStride = 2;
-#else
-constexpr qint64 kSanitizerStride = 1;
-#endif
-#else
-constexpr qint64 kSanitizerStride = 1;
-#endif
+// Under AddressSanitizer the walk fails every kSanitizerStride-th operation (plus the first of
+// each kind), every one elsewhere.
+constexpr qint64 kSanitizerStride = UnderAddressSanitizer ? 2 : 1;
 
 QList<HostError> &escaped()
 {

@@ -21,6 +21,8 @@
 #include <QTreeWidget>
 #include <QWidget>
 
+#include <functional>
+
 #include <unistd.h>
 
 namespace Zarnoveld::Check {
@@ -128,7 +130,7 @@ private:
 class SchemeView : public Application
 {
 public:
-    explicit SchemeView(std::shared_ptr<HostApplication> real) : m_real(std::move(real))
+    explicit SchemeView(ApplicationPtr real) : m_real(std::move(real))
     {
         m_dossier = m_real->Get_Dossier();
         for (qint16 n = 1; m_dossier; ++n) {
@@ -196,7 +198,7 @@ private:
         return 0;
     }
 
-    std::shared_ptr<HostApplication> m_real;
+    ApplicationPtr m_real;
     DossierPtr m_dossier;
     DossierPtr m_viewDossier;
     std::vector<std::shared_ptr<ViewAanvrager>> m_aanvragers;
@@ -298,16 +300,20 @@ class Checker::Private
 public:
     bool createControl(QString *error);
     void dropControl();
-    void show(const std::shared_ptr<SchemeView> &view);
+    bool call(const std::function<void()> &action);
+    bool show(const std::shared_ptr<SchemeView> &view);
     int currentRow() const;
     bool checkShown(SchemeView &view, qint16 anvId, qint16 real, SchemeResult &result, bool afterFailure);
-    void judge(SchemeResult &result, bool cancel);
+    void judge(SchemeResult &result, bool cancel, const QList<Message> &messages);
+    static bool isLoadError(const Message &message);
+    static QList<Message> loadErrors(const QList<Message> &messages);
 
     QPointer<QWidget> control;
     QPointer<QTreeWidget> list;          // the control's scheme list, as the user clicks it
     QPointer<QAbstractButton> deleteButton;
     std::shared_ptr<SchemeView> shown;   // the view the control holds
     QList<Message> captured;
+    QList<Message> loading;   // what the screen reported while loading the scheme now shown
 };
 
 bool Checker::Private::createControl(QString *error)
@@ -338,6 +344,7 @@ bool Checker::Private::createControl(QString *error)
 
 void Checker::Private::dropControl()
 {
+    loading.clear();
     if (shown)
         shown->close();
     shown.reset();
@@ -345,14 +352,34 @@ void Checker::Private::dropControl()
     control = nullptr;
 }
 
-void Checker::Private::show(const std::shared_ptr<SchemeView> &view)
+// PensMain and its list have no error trap of their own: a host error in them comes out of the
+// call, and a host catches it. The check notes it as the error report a user would have seen and
+// says whether the screen got through (false: its state is unknown, so it is not used again).
+bool Checker::Private::call(const std::function<void()> &action)
 {
-    QMetaObject::invokeMethod(control, "SetApplication", Qt::DirectConnection,
-                              Q_ARG(VandrelApplication::ApplicationPtr, view));
+    try {
+        action();
+        return true;
+    } catch (const HostError &e) {
+        captured.append({QStringLiteral("Zarnoveld"),
+                         QStringLiteral("Er is een fout opgetreden. (%1)").arg(e.description()), false, true, {}});
+    }
+    return false;
+}
+
+bool Checker::Private::show(const std::shared_ptr<SchemeView> &view)
+{
+    captured.clear();
+    const bool shownWell = call([&] {
+        QMetaObject::invokeMethod(control, "SetApplication", Qt::DirectConnection,
+                                  Q_ARG(VandrelApplication::ApplicationPtr, view));
+    });
     if (shown && shown != view)
         shown->close();
     shown = view;
+    loading = captured;
     captured.clear();
+    return shownWell;
 }
 
 int Checker::Private::currentRow() const
@@ -381,35 +408,70 @@ bool Checker::Private::checkShown(SchemeView &view, qint16 anvId, qint16 real, S
     const bool nextFollows = real < aanvrager->count() && next < list->topLevelItemCount()
                              && aanvrager->realNumber(qint16(next + 1)) == real + 1;
     if (afterFailure || !nextFollows) {
-        QMetaObject::invokeMethod(control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
-                                  Q_ARG(qint32, 0));
-        judge(result, cancel);
-        captured.clear();
+        const bool validated = call([&] {
+            QMetaObject::invokeMethod(control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
+                                      Q_ARG(qint32, 0));
+        });
+        judge(result, cancel, captured);
+        if (!validated)
+            return false;
         if (!cancel && nextFollows) {
             // It passed, so the check the click runs once more is quiet and lets the screen move on.
-            list->setCurrentItem(list->topLevelItem(next));
             captured.clear();
-            return currentRow() == next;
+            const bool clicked = call([&] { list->setCurrentItem(list->topLevelItem(next)); });
+            loading = clicked ? loadErrors(captured) : captured;
+            return clicked && currentRow() == next;
         }
     } else {
-        list->setCurrentItem(list->topLevelItem(next));
+        // A host error out of the click is the scheme's being left: the user saw it on leaving.
+        const bool clicked = call([&] { list->setCurrentItem(list->topLevelItem(next)); });
         cancel = currentRow() != next;
-        judge(result, cancel);
-        captured.clear();
-        if (!cancel)
+        if (clicked && !cancel) {
+            // The click checked this scheme and then loaded the next one: an error report of the
+            // loading belongs to the next scheme.
+            QList<Message> own;
+            for (const Message &message : std::as_const(captured))
+                if (!isLoadError(message))
+                    own.append(message);
+            judge(result, false, own);
+            loading = loadErrors(captured);
             return true;
-        if (currentRow() != row)
+        }
+        judge(result, cancel, captured);
+        if (!clicked || currentRow() != row)
             return false;
     }
-    deleteButton->click();
+    // Nothing is checked on the way: all that the screen says belongs to loading the next scheme.
     captured.clear();
-    return view.current() == 0 ? list->topLevelItemCount() == 0 : currentRow() == 0;
+    const bool deleted = call([&] { deleteButton->click(); });
+    loading = captured;
+    return deleted && (view.current() == 0 ? list->topLevelItemCount() == 0 : currentRow() == 0);
+}
+
+// The error reports of loading a scheme among the messages of a click: every report that does not
+// come from a check (the screen checks before it loads, in "Validation" and the fields' own
+// "..._Validation" procedures).
+bool Checker::Private::isLoadError(const Message &message)
+{
+    return message.errorReport && message.procedure != QLatin1String("Validation")
+           && !message.procedure.endsWith(QLatin1String("_Validation"));
+}
+
+QList<Message> Checker::Private::loadErrors(const QList<Message> &messages)
+{
+    QList<Message> errors;
+    for (const Message &message : messages)
+        if (isLoadError(message))
+            errors.append(message);
+    return errors;
 }
 
 // What the messages of one check mean for its scheme.
-void Checker::Private::judge(SchemeResult &result, bool cancel)
+void Checker::Private::judge(SchemeResult &result, bool cancel, const QList<Message> &messages)
 {
-    result.messages = captured;
+    // What loading the scheme reported comes first, as the user saw it first.
+    result.messages = loading + messages;
+    loading.clear();
     const Message *errorReport = nullptr;
     const Message *lastBox = nullptr;
     for (const Message &message : std::as_const(result.messages)) {
@@ -428,7 +490,7 @@ void Checker::Private::judge(SchemeResult &result, bool cancel)
         else if (errorReport)
             result.stop = *errorReport;
         else
-            result.stop = {QString(), QStringLiteral("Het pensioenscherm laat de gebruiker niet verder, zonder melding."), false, false};
+            result.stop = {QString(), QStringLiteral("Het pensioenscherm laat de gebruiker niet verder, zonder melding."), false, false, {}};
     } else if (errorReport) {
         result.passed = false;
         result.stop = *errorReport;
@@ -454,7 +516,7 @@ bool Checker::prepare(QString *error)
     return true;
 }
 
-CaseResult Checker::checkCase(const std::shared_ptr<HostApplication> &application, const QString &source,
+CaseResult Checker::checkCase(const ApplicationPtr &application, const QString &source,
                               const Progress &progress)
 {
     CaseResult result;
@@ -470,62 +532,77 @@ CaseResult Checker::checkCase(const std::shared_ptr<HostApplication> &applicatio
     // Every message is answered as a user who wants to go on would: OK, and Yes to a question.
     MessageBox::ScopedResponder responder([this](const MessageBox::Request &request) {
         const bool question = request.buttons == MessageBox::Buttons::YesNo;
-        d->captured.append({request.title, request.text, question, false});
+        d->captured.append({request.title, request.text, question, false, {}});
         return question ? MessageBox::Answer::Yes : MessageBox::Answer::Ok;
     });
 
-    auto view = std::make_shared<SchemeView>(application);
+    // The check's own reading of the case (what to check, and the names for the report) comes
+    // first: a case that cannot even be read is reported as such, not as failing schemes.
+    std::shared_ptr<SchemeView> view;
+    try {
+        view = std::make_shared<SchemeView>(application);
+        for (qint16 anvId = 1; anvId <= view->participantCount(); ++anvId) {
+            const AanvragerPtr aanvrager = view->realDossier()->Get_Aanvrager(anvId);
+            const QString naam = aanvrager->Naam();
+            for (qint16 real = 1; real <= view->participant(anvId)->count(); ++real) {
+                SchemeResult scheme;
+                scheme.anvId = anvId;
+                scheme.penId = real;
+                scheme.naam = naam;
+                const PensioenPtr pensioen = aanvrager->Get_Pensioen(real);
+                scheme.uitvoerder = pensioen ? pensioen->Uitvoerder().trimmed() : QString();
+                result.schemes.append(scheme);
+            }
+        }
+    } catch (const HostError &e) {
+        result.schemes.clear();
+        result.unreadable = e.description();
+        return result;
+    }
     view->m_onError = [this](const ErrorRecord &record) {
         d->captured.append({record.Subject.isEmpty() ? record.Title : record.Subject,
                             QStringLiteral("%1 (%2 in %3: %4)")
                                 .arg(record.Message, record.Procedure, record.Component, record.Description),
-                            false, true});
+                            false, true, record.Procedure});
     };
-    int total = 0;
-    for (qint16 n = 1; n <= view->participantCount(); ++n)
-        total += view->participant(n)->count();
+    const int total = int(result.schemes.size());
+    int done = 0;
 
     bool fresh = true;   // the control has yet to be handed the view, turned to the next scheme
     bool afterFailure = false;
-    for (qint16 anvId = 1; anvId <= view->participantCount(); ++anvId) {
+    for (SchemeResult &scheme : result.schemes) {
+        const qint16 anvId = scheme.anvId;
+        const qint16 real = scheme.penId;
         const std::shared_ptr<ViewAanvrager> aanvrager = view->participant(anvId);
-        const AanvragerPtr realAanvrager = view->realDossier()->Get_Aanvrager(anvId);
-        for (qint16 real = 1; real <= aanvrager->count(); ++real) {
-            SchemeResult scheme;
-            scheme.anvId = anvId;
-            scheme.penId = real;
-            scheme.naam = realAanvrager->Naam();
-            const PensioenPtr pensioen = realAanvrager->Get_Pensioen(real);
-            scheme.uitvoerder = pensioen ? pensioen->Uitvoerder().trimmed() : QString();
-
+        if (fresh) {
+            view->showFrom(anvId, real);
+            if (d->control || d->createControl(nullptr))
+                fresh = !d->show(view);
+        }
+        if (fresh || !d->control || view->current() != anvId
+            || aanvrager->realNumber(qint16(d->currentRow() + 1)) != real) {
+            // Not shown, so not checkable; what the screen reported while trying is the reason.
+            scheme.passed = false;
+            scheme.messages = d->loading;
+            scheme.stop = !d->loading.isEmpty() ? d->loading.first()
+                          : d->control ? Message{QString(), QStringLiteral("Het pensioenscherm toont deze regeling niet."), false, true, {}}
+                                       : Message{QString(), QStringLiteral("Het pensioenscherm kan niet worden gemaakt."), false, true, {}};
+            // The next scheme gets a fresh control.
+            d->dropControl();
+            view->reopen();
+            fresh = true;
+        } else {
+            fresh = !d->checkShown(*view, anvId, real, scheme, afterFailure);
             if (fresh) {
-                view->showFrom(anvId, real);
-                if (d->control || d->createControl(nullptr))
-                    d->show(view);
-            }
-            if (!d->control || view->current() != anvId || aanvrager->realNumber(qint16(d->currentRow() + 1)) != real) {
-                // Not shown, so not checkable; the next scheme gets a fresh control.
-                scheme.passed = false;
-                scheme.stop = {QString(), d->control ? QStringLiteral("Het pensioenscherm toont deze regeling niet.")
-                                                     : QStringLiteral("Het pensioenscherm kan niet worden gemaakt."),
-                               false, true};
+                // The screen did not follow (a check that was not quiet the second time, a host
+                // error on the way): the next scheme gets a fresh control.
                 d->dropControl();
                 view->reopen();
-                fresh = true;
-            } else {
-                fresh = !d->checkShown(*view, anvId, real, scheme, afterFailure);
-                if (fresh) {
-                    // The screen did not follow (a check that was not quiet the second time, a
-                    // host error on the way): the next scheme gets a fresh control.
-                    d->dropControl();
-                    view->reopen();
-                }
             }
-            afterFailure = !scheme.passed;
-            result.schemes.append(scheme);
-            if (progress)
-                progress(int(result.schemes.size()), total);
         }
+        afterFailure = !scheme.passed;
+        if (progress)
+            progress(++done, total);
     }
     // The next case must not find this one's view in the control.
     view->close();

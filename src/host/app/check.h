@@ -22,6 +22,7 @@ struct Message
     QString text;
     bool question = false;   // a Yes/No question; the check answers them all with Yes
     bool errorReport = false;   // the control's error report, not a check message
+    QString procedure;          // for an error report: the procedure that failed
 };
 
 struct SchemeResult
@@ -66,7 +67,7 @@ public:
     using Progress = std::function<void(int done, int total)>;
     // The case is changed by the check (loading a scheme may fill derived values, a Yes may accept
     // a value): pass a case that is not written anywhere.
-    CaseResult checkCase(const std::shared_ptr<HostApplication> &application, const QString &source,
+    CaseResult checkCase(const VandrelApplication::ApplicationPtr &application, const QString &source,
                          const Progress &progress = {});
 
 private:
