@@ -38,4 +38,33 @@ void ErrorLog::show(QWidget *parent, const VandrelApplication::ErrorRecord &reco
                                    VandrelControl::MessageBox::Icon::Critical);
 }
 
+VandrelApplication::ErrorRecord ErrorLog::recordFor(const VandrelApplication::HostError &error,
+                                                   const QString &procedure, const QString &subject)
+{
+    VandrelApplication::ErrorRecord record;
+    record.Procedure = procedure;
+    record.Title = QStringLiteral("Zarnoveld");
+    record.Component = QStringLiteral("zarnoveld");
+    record.Product = QStringLiteral("Zarnoveld");
+    record.Subject = subject;
+    record.Message = QStringLiteral("Er is een fout opgetreden.");
+    record.Number = QString::number(error.number());
+    record.Description = error.description();
+    record.Source = error.source();
+    return record;
+}
+
+bool GuardedApplication::notify(QObject *receiver, QEvent *event)
+{
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const VandrelApplication::HostError &error) {
+        const VandrelApplication::ErrorRecord record =
+            ErrorLog::recordFor(error, receiver ? receiver->objectName() : QString(), QStringLiteral("Pensioenscherm"));
+        ErrorLog::append(record);
+        ErrorLog::show(activeWindow(), record);
+        return false;
+    }
+}
+
 } // namespace Zarnoveld

@@ -8,6 +8,7 @@
 
 #include "check.h"
 #include "commands.h"
+#include "errorlog.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
 
@@ -92,7 +93,7 @@ int main(int argc, char **argv)
     if (!display)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    QApplication app(argc, argv);
+    Zarnoveld::GuardedApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationName(QStringLiteral("zarnoveld"));
     QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));

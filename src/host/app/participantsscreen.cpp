@@ -1,5 +1,7 @@
 #include "participantsscreen.h"
 
+#include "errorlog.h"
+
 #include "formats.h"
 #include "messagebox.h"
 #include "textbox.h"
@@ -141,16 +143,10 @@ void ParticipantsScreen::guarded(const std::function<void()> &action)
     try {
         action();
     } catch (const VandrelApplication::HostError &e) {
-        VandrelApplication::ErrorRecord record;
-        record.Procedure = QStringLiteral("Deelnemers");
-        record.Title = m_application ? m_application->Title() : QString();
-        record.Component = QStringLiteral("zarnoveld");
-        record.Product = QStringLiteral("Zarnoveld");
-        record.Subject = QStringLiteral("Deelnemers");
-        record.Message = QStringLiteral("Er is een fout opgetreden.");
-        record.Number = QString::number(e.number());
-        record.Description = e.description();
-        record.Source = e.source();
+        VandrelApplication::ErrorRecord record =
+            ErrorLog::recordFor(e, QStringLiteral("Deelnemers"), QStringLiteral("Deelnemers"));
+        if (m_application)
+            record.Title = m_application->Title();
         if (m_application)
             m_application->ReportError(record);
         reload();

@@ -1,6 +1,7 @@
 #include "pensionscreen.h"
 
 #include "componentloader.h"
+#include "errorlog.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -86,12 +87,30 @@ void PensionScreen::fitControl()
         m_control->resize(m_control->sizeHint());
 }
 
+// The pension screen has no error trap of its own: a host error in it comes out of the call, and
+// is logged and shown here like every other error report.
+bool PensionScreen::guarded(const char *procedure, const std::function<void()> &call)
+{
+    try {
+        call();
+        return true;
+    } catch (const VandrelApplication::HostError &error) {
+        const VandrelApplication::ErrorRecord record =
+            ErrorLog::recordFor(error, QString::fromLatin1(procedure), QStringLiteral("Pensioenscherm"));
+        ErrorLog::append(record);
+        ErrorLog::show(this, record);
+        return false;
+    }
+}
+
 void PensionScreen::setApplication(const VandrelApplication::ApplicationPtr &application)
 {
     if (!m_control)
         return;
-    QMetaObject::invokeMethod(m_control, "SetApplication", Qt::DirectConnection,
-                              Q_ARG(VandrelApplication::ApplicationPtr, application));
+    guarded("SetApplication", [&] {
+        QMetaObject::invokeMethod(m_control, "SetApplication", Qt::DirectConnection,
+                                  Q_ARG(VandrelApplication::ApplicationPtr, application));
+    });
     fitControl();
 }
 
@@ -100,8 +119,12 @@ bool PensionScreen::canLeave()
     if (!m_control)
         return true;
     bool cancel = false;
-    QMetaObject::invokeMethod(m_control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
-                              Q_ARG(qint32, 0));
+    // A check that broke off on a host error lets the user go: every accepted edit is already
+    // stored, and a screen that cannot finish its check would otherwise never let the user out.
+    guarded("Validation", [&] {
+        QMetaObject::invokeMethod(m_control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
+                                  Q_ARG(qint32, 0));
+    });
     return !cancel;
 }
 

@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 class QLabel;
 class QScrollArea;
 
@@ -36,6 +38,7 @@ protected:
 
 private:
     void fitControl();
+    bool guarded(const char *procedure, const std::function<void()> &call);
 
     QScrollArea *m_scroll = nullptr;
     QLabel *m_problem = nullptr;
