@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 
 namespace TestSupport {
@@ -87,6 +88,21 @@ void enter(QWidget *field, const QString &text)
 void click(QWidget *widget)
 {
     QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, widget->rect().center());
+}
+
+void checkLayoutAndGrab(QWidget *dialog, const QString &path)
+{
+    dialog->resize(dialog->sizeHint().expandedTo(dialog->minimumSizeHint()));
+    QApplication::processEvents();
+    const auto children = dialog->findChildren<QWidget *>();
+    for (QWidget *child : children) {
+        if (!child->isVisible() || !child->parentWidget() || child->objectName().startsWith(QLatin1String("qt_")))
+            continue;
+        QVERIFY2(child->parentWidget()->rect().contains(child->geometry()), qPrintable(child->objectName()));
+        if (qobject_cast<QLabel *>(child) || qobject_cast<QAbstractButton *>(child))
+            QVERIFY2(child->width() >= child->sizeHint().width(), qPrintable(child->objectName()));
+    }
+    QVERIFY(dialog->grab().save(path));
 }
 
 } // namespace TestSupport

@@ -74,4 +74,8 @@ void enter(QWidget *field, const QString &text);
 // A left click in the middle of the widget (buttons, check boxes, option buttons).
 void click(QWidget *widget);
 
+// A dialog at its preferred size: every visible control lies inside its parent and shows its whole
+// caption; the picture is saved to path for a person to look at.
+void checkLayoutAndGrab(QWidget *dialog, const QString &path);
+
 } // namespace TestSupport
