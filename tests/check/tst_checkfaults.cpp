@@ -9,10 +9,9 @@
 #include "faultyhost.h"
 #include "hostapplication.h"
 #include "sanitizer.h"
+#include "usersim.h"
 
 #include <QApplication>
-#include <QFile>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
 
@@ -22,14 +21,6 @@ namespace {
 
 // Under AddressSanitizer every fifth operation is failed, elsewhere every one.
 constexpr int kStride = TestSupport::UnderAddressSanitizer ? 5 : 1;
-
-QJsonObject sampleCouple()
-{
-    QFile file(QStringLiteral(VANDREL_SOURCE_DIR "/examples/sample-couple.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.readAll()).object();
-}
 
 bool sameOutcome(const Check::SchemeResult &a, const Check::SchemeResult &b)
 {
@@ -54,7 +45,7 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        m_case = sampleCouple();
+        m_case = TestSupport::exampleCase("sample-couple.json");
         QVERIFY(!m_case.isEmpty());
         m_checker = std::make_unique<Check::Checker>();
         QString error;

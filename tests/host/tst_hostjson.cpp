@@ -2,6 +2,7 @@
 
 #include "hostapplication.h"
 #include "hostcheck.h"
+#include "usersim.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -16,10 +17,7 @@ namespace {
 
 QJsonObject example(const char *name)
 {
-    QFile f(QStringLiteral(VANDREL_SOURCE_DIR "/examples/") + QLatin1String(name));
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(f.readAll()).object();
+    return TestSupport::exampleCase(name);
 }
 
 // Sets a value deep inside a document: path parts are object keys or array indexes.

@@ -15,10 +15,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QGroupBox>
 #include <QHeaderView>
-#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -37,10 +35,7 @@ namespace {
 
 std::shared_ptr<Zarnoveld::HostApplication> sampleCase()
 {
-    QFile file(QStringLiteral(VANDREL_SOURCE_DIR "/examples/sample-couple.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        return nullptr;
-    return Zarnoveld::HostApplication::importJson(QJsonDocument::fromJson(file.readAll()).object());
+    return Zarnoveld::HostApplication::importJson(exampleCase("sample-couple.json"));
 }
 
 // The text as drawn: a single & marks the mnemonic and takes no room.

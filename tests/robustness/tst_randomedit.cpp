@@ -19,8 +19,6 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QFile>
-#include <QJsonDocument>
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
@@ -37,10 +35,7 @@ namespace {
 
 std::shared_ptr<Zarnoveld::HostApplication> sampleCase()
 {
-    QFile file(QStringLiteral(VANDREL_SOURCE_DIR "/examples/sample-couple.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        return nullptr;
-    return Zarnoveld::HostApplication::importJson(QJsonDocument::fromJson(file.readAll()).object());
+    return Zarnoveld::HostApplication::importJson(exampleCase("sample-couple.json"));
 }
 
 std::shared_ptr<Zarnoveld::HostApplication> scratchCase()

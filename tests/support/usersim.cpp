@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFile>
+#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -88,6 +90,14 @@ void enter(QWidget *field, const QString &text)
 void click(QWidget *widget)
 {
     QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, widget->rect().center());
+}
+
+QJsonObject exampleCase(const char *name)
+{
+    QFile file(QStringLiteral(VANDREL_SOURCE_DIR "/examples/") + QLatin1String(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object();
 }
 
 void checkLayoutAndGrab(QWidget *dialog, const QString &path)

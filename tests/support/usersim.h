@@ -6,6 +6,7 @@
 
 #include "messagebox.h"
 
+#include <QJsonObject>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -77,5 +78,8 @@ void click(QWidget *widget);
 // A dialog at its preferred size: every visible control lies inside its parent and shows its whole
 // caption; the picture is saved to path for a person to look at.
 void checkLayoutAndGrab(QWidget *dialog, const QString &path);
+
+// A bundled example case (examples/NAME) as its JSON document; empty when it cannot be read.
+QJsonObject exampleCase(const char *name);
 
 } // namespace TestSupport
