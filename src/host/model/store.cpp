@@ -124,21 +124,25 @@ QString fileName(const QString &path)
 
 } // namespace
 
-// Version 2 adds the columns of fields introduced with it; existing rows read them as 0/empty.
-void addColumnsOfVersion2(QSqlDatabase &db)
+// A version that only adds fields adds their columns; existing rows read them as 0/empty.
+static std::function<void(QSqlDatabase &)> addColumnsOfVersion(int version)
 {
-    for (const TableDef *t : allTables())
-        for (const FieldDef &f : t->fields)
-            if (f.since == 2)
-                execOrThrow(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3 DEFAULT 0")
-                                    .arg(QLatin1String(t->table), quoted(f.name), columnType(f.kind)));
+    return [version](QSqlDatabase &db) {
+        for (const TableDef *t : allTables())
+            for (const FieldDef &f : t->fields)
+                if (f.since == version)
+                    execOrThrow(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3 DEFAULT %4")
+                                        .arg(QLatin1String(t->table), quoted(f.name), columnType(f.kind),
+                                             f.kind == Kind::Text ? QStringLiteral("''")
+                                             : f.kind == Kind::Date ? QStringLiteral("NULL") : QStringLiteral("0")));
+    };
 }
 
 const std::vector<Store::Migration> &Store::migrations()
 {
     static const std::vector<Migration> steps{
         {0, createSchemaV1},
-        {1, addColumnsOfVersion2},
+        {1, addColumnsOfVersion(2)},
     };
     return steps;
 }
