@@ -811,9 +811,9 @@ void PensToez::Private::validationChecks(bool &Cancel, qint32 code)
             fail(ui->txtLeeftijdOPJr,
                  QStringLiteral("De ingangsleeftijd van het ouderdomspensioen moet tussen 50 en 99 jaar liggen."),
                  kTitleToezeggingen);
-        // A PreP that is switched off may still show an old age; it must not hold the OP back.
-        else if (enabledOwn(ui->txtLeeftijdPrePJr, q)
-                 && Rules::joinMonths(years, whole(ui->txtLeeftijdOPMnd))
+        // Compared with the PreP age as shown, also when the PreP is switched off: the adviser
+        // still sees that age, and a later tick of the PreP must not find an OP starting earlier.
+        else if (Rules::joinMonths(years, whole(ui->txtLeeftijdOPMnd))
                         < Rules::joinMonths(whole(ui->txtLeeftijdPrePJr), whole(ui->txtLeeftijdPrePMnd)))
             fail(ui->txtLeeftijdOPJr,
                  QStringLiteral("De ingangsleeftijd van het ouderdomspensioen moet hoger dan de "
