@@ -56,6 +56,7 @@ private Q_SLOTS:
     void sameColumnWithExplicitOrder();
     void differentColumnStartsAscending();
     void datesSortByCalendar();
+    void datesAndMomentsSortByCalendarAndClock();
     void numbersSortByValueNegativesKeepQuirk();
     void keyAndTagSources();
     void equalKeysKeepTheirOrder();
@@ -150,6 +151,28 @@ void TestListViewRoutines::datesSortByCalendar()
     fill(list, {{"x", "02-02-2002", "1"}, {"y", "", "2"}, {"z", "1-1-2001", "3"}});
     SortListView(&list, 1, Date, FromText, false, Ascending);
     QCOMPARE(column(list, 0), (QStringList{"y", "z", "x"}));
+}
+
+// Keys of dates and of moments in one column, typed and held: a date counts as the start of its
+// day, the clock decides within a day, and a year before 1000 or in four digits sorts by value.
+void TestListViewRoutines::datesAndMomentsSortByCalendarAndClock()
+{
+    QTreeWidget list;
+    fill(list, {{"a", "", ""}, {"b", "", ""}, {"c", "", ""}, {"d", "", ""}, {"e", "", ""},
+                {"f", "", ""}, {"g", "", ""}, {"h", "", ""}});
+    const auto hold = [&](int row, const QVariant &value) { list.topLevelItem(row)->setData(1, KeyRole, value); };
+    hold(0, QDateTime(QDate(2020, 3, 1), QTime(0, 0, 1)));
+    hold(1, QDate(2020, 3, 1));
+    hold(2, QStringLiteral("09-12-0999"));
+    hold(3, QDateTime(QDate(2020, 2, 29), QTime(23, 59, 59)));
+    hold(4, QStringLiteral("01-03-2020 10:00:00"));
+    hold(5, QDate(9999, 12, 31));
+    hold(6, QStringLiteral(" 1-3-2020 "));
+    hold(7, QDateTime(QDate(2020, 3, 1), QTime(9, 59, 59, 999)));
+    SortListView(&list, 1, Date, FromKey, false, Ascending);
+    QCOMPARE(column(list, 0), (QStringList{"c", "d", "b", "g", "a", "h", "e", "f"}));
+    SortListView(&list, 1, Date, FromKey, false, Reverse);
+    QCOMPARE(column(list, 0), (QStringList{"f", "e", "h", "a", "b", "g", "d", "c"}));
 }
 
 void TestListViewRoutines::numbersSortByValueNegativesKeepQuirk()

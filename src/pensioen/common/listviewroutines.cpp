@@ -46,9 +46,32 @@ QString numberKey(double value)
     return value < 0 ? QLatin1Char('-') + digits : digits;
 }
 
-QString dateKey(const QDateTime &value)
+// "yyyyMMdd HHmmss". Written digit by digit: QDateTime's own formatter goes through the locale for
+// every field, and a date first had to become a QDateTime at the start of its day (a time zone
+// look-up); per row those two made a date column sort two to three times slower than the rows
+// themselves move. A date sorts as the start of its day, 00:00:00.
+QString dateKey(const QDate &date, const QTime &time = QTime(0, 0))
 {
-    return value.toString(QStringLiteral("yyyyMMdd HHmmss"));
+    const int year = date.year();
+    if (year < 0 || year > 9999)   // beyond four digits: rare enough for the general formatter
+        return QDateTime(date, time).toString(QStringLiteral("yyyyMMdd HHmmss"));
+    QString key(15, Qt::Uninitialized);
+    QChar *out = key.data();
+    const auto put = [&out](int value, int digits) {
+        for (int i = digits - 1; i >= 0; --i) {
+            out[i] = QChar(u'0' + value % 10);
+            value /= 10;
+        }
+        out += digits;
+    };
+    put(year, 4);
+    put(date.month(), 2);
+    put(date.day(), 2);
+    *out++ = QLatin1Char(' ');
+    put(time.hour(), 2);
+    put(time.minute(), 2);
+    put(time.second(), 2);
+    return key;
 }
 
 // A value that is no number (or no date) keeps its own text as key, as the formatting function
@@ -74,18 +97,20 @@ QString sortKey(const QVariant &value, qint16 dataType)
     if (dataType == Date) {
         switch (value.typeId()) {
         case QMetaType::QDate:
-            return value.toDate().isValid() ? dateKey(value.toDate().startOfDay()) : QString();
-        case QMetaType::QDateTime:
-            return value.toDateTime().isValid() ? dateKey(value.toDateTime()) : QString();
+            return value.toDate().isValid() ? dateKey(value.toDate()) : QString();
+        case QMetaType::QDateTime: {
+            const QDateTime moment = value.toDateTime();
+            return moment.isValid() ? dateKey(moment.date(), moment.time()) : QString();
+        }
         default: {
             const QString text = value.toString().trimmed();
             if (text.isEmpty())
                 return QString();
             if (const auto date = VandrelControl::Parse::date(text); date && date->isValid())
-                return dateKey(date->startOfDay());
+                return dateKey(*date);
             const QDateTime moment =
                 QDateTime::fromString(text, QStringLiteral("dd-MM-yyyy HH:mm:ss"));
-            return moment.isValid() ? dateKey(moment) : value.toString();
+            return moment.isValid() ? dateKey(moment.date(), moment.time()) : value.toString();
         }
         }
     }
