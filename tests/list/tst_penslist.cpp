@@ -9,12 +9,15 @@
 #include "usersim.h"
 
 #include <QAction>
+#include <QAbstractItemModel>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTreeWidget>
+
+#include <climits>
 
 using namespace VandrelApplication;
 using VandrelPensioen::PensList;
@@ -436,6 +439,70 @@ private Q_SLOTS:
         QVERIFY(!ran);
         m_list->Validation(cancel, 0);
         QVERIFY(ran);
+    }
+
+    // Another screen deleted, changed and added schemes while this list showed the case; the list
+    // filled again shows exactly what a new list shows, and the view hears of the changed rows.
+    void refillAfterOthersChangedTheCaseShowsExactlyTheCase()
+    {
+        auto app = newCase(4, 1);
+        for (qint16 k = 1; k <= 4; ++k)
+            scheme(app, 1, k)->setUitvoerder(QStringLiteral("Uitvoerder %1").arg(k));
+        m_list->SetApplication(app, 1, 3);
+        app->Get_Dossier()->Get_Aanvrager(1)->RemovePension(2);
+        scheme(app, 2, 1)->setBedragTOP(4321);
+        const qint16 added = app->Get_Dossier()->Get_Aanvrager(2)->AddPension();
+        scheme(app, 2, added)->setUitvoerder(QStringLiteral("Nieuw"));
+        QSignalSpy changed(m_view->model(), &QAbstractItemModel::dataChanged);
+
+        m_list->SetApplication(app, 2, added);
+
+        PensList fresh;
+        fresh.SetApplication(app, 2, added);
+        auto *freshView = find<QTreeWidget>(&fresh, QStringLiteral("LstPensioenen"));
+        QCOMPARE(m_view->topLevelItemCount(), 5);
+        QCOMPARE(m_view->topLevelItemCount(), freshView->topLevelItemCount());
+        for (int row = 0; row < freshView->topLevelItemCount(); ++row) {
+            QCOMPARE(VandrelPensioen::ListView::key(m_view->topLevelItem(row)),
+                     VandrelPensioen::ListView::key(freshView->topLevelItem(row)));
+            for (int c = 0; c < 10; ++c)
+                QCOMPARE(m_view->model()->index(row, c).data().toString(), freshView->topLevelItem(row)->text(c));
+        }
+        QCOMPARE(m_view->topLevelItem(1)->text(1), QStringLiteral("Uitvoerder 3"));
+        QCOMPARE(m_view->topLevelItem(3)->text(6), QStringLiteral("4.321"));
+        QCOMPARE(m_view->topLevelItem(4)->text(1), QStringLiteral("Nieuw"));
+        QCOMPARE(m_view->selectedItems(), QList<QTreeWidgetItem *>{m_view->topLevelItem(4)});
+        // Rows 1 to 3 changed (a scheme moved up, the partner's row moved up and changed).
+        QVERIFY(!changed.isEmpty());
+        int first = INT_MAX;
+        int last = -1;
+        for (const QList<QVariant> &signal : std::as_const(changed)) {
+            first = qMin(first, signal.at(0).toModelIndex().row());
+            last = qMax(last, signal.at(1).toModelIndex().row());
+        }
+        QVERIFY2(first <= 1 && last >= 3, qPrintable(QStringLiteral("rows %1-%2").arg(first).arg(last)));
+    }
+
+    // A refused click fills the list again from an unchanged case: the rows stay as they are.
+    void refillOfAnUnchangedCaseKeepsEveryRow()
+    {
+        auto app = newCase(3);
+        m_list->SetApplication(app, 1, 2);
+        QList<QTreeWidgetItem *> before;
+        for (int row = 0; row < m_view->topLevelItemCount(); ++row)
+            before.append(m_view->topLevelItem(row));
+        QSignalSpy changed(m_view->model(), &QAbstractItemModel::dataChanged);
+        QSignalSpy removed(m_view->model(), &QAbstractItemModel::rowsRemoved);
+        QSignalSpy reset(m_view->model(), &QAbstractItemModel::modelReset);
+        Listener listener(m_list.get());
+        m_list->SetApplication(app, 1, 2);
+        for (int row = 0; row < m_view->topLevelItemCount(); ++row)
+            QCOMPARE(m_view->topLevelItem(row), before.at(row));
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(removed.count(), 0);
+        QCOMPARE(reset.count(), 0);
+        QCOMPARE(m_view->selectedItems(), QList<QTreeWidgetItem *>{m_view->topLevelItem(1)});
+        QCOMPARE(listener.events, (QList<Event>{{QStringLiteral("changed"), 1, 2}}));
     }
 
     void infoChangedRewritesOnlyTheSelectedRow()

@@ -12,7 +12,12 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QScopeGuard>
+#include <QHash>
+#include <QSignalBlocker>
 #include <QTreeWidget>
+
+#include <bit>
+#include <memory>
 
 namespace VandrelPensioen {
 
@@ -56,7 +61,8 @@ public:
     explicit Private(PensList *q) : q(q), trap(QStringLiteral("PensList"), QStringLiteral("Pensioenen")) {}
 
     void Fill_List(qint16 Anv_Id, qint16 Pen_Id);
-    static QStringList rowTexts(VandrelApplication::Pensioen &pensioen, qint16 Anv_Id);
+    QStringList rowTexts(VandrelApplication::Pensioen &pensioen, qint16 Anv_Id) const;
+    const QString &amountText(double value) const;
     void Fill_Row(QTreeWidgetItem *item, VandrelApplication::Pensioen &pensioen, qint16 Anv_Id) const;
     void setColumnWidths(bool narrow);
     void Selection_Changed();
@@ -78,6 +84,10 @@ public:
     PensioenPtr SelectedPensioen;   // the selected row's scheme record, or none
     // Set while the list itself changes rows, so that only the final selection is reported.
     bool filling = false;
+    // Amounts as the list shows them, by the exact value: a list filled again formats the same
+    // few amounts over and over, which was the larger part of reading a row. Only the
+    // formatting is kept; every value is read from the host each time.
+    mutable QHash<quint64, QString> amountTexts;
 };
 
 QTreeWidgetItem *PensList::Private::selectedRow() const
@@ -98,9 +108,20 @@ void PensList::Private::setColumnWidths(bool narrow)
         list->setColumnWidth(column, pixels(W * 0.075 - 15));
 }
 
-QStringList PensList::Private::rowTexts(VandrelApplication::Pensioen &pensioen, qint16 Anv_Id)
+const QString &PensList::Private::amountText(double value) const
 {
-    using VandrelControl::Format::amount;
+    const auto bits = std::bit_cast<quint64>(value);
+    if (const auto found = amountTexts.constFind(bits); found != amountTexts.cend())
+        return *found;
+    // Bounded: a case has at most a few hundred different amounts in its lists.
+    if (amountTexts.size() >= 4096)
+        amountTexts.clear();
+    return *amountTexts.insert(bits, VandrelControl::Format::amount(value));
+}
+
+QStringList PensList::Private::rowTexts(VandrelApplication::Pensioen &pensioen, qint16 Anv_Id) const
+{
+    const auto amount = [this](double value) { return amountText(value); };
     const OuderdomRegelPtr ouderdom =
         pensioen.OuderdomRegelCount() >= 1 ? pensioen.Get_OuderdomRegel(1) : nullptr;
     const QString blank = QStringLiteral(" ");
@@ -133,7 +154,6 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
 {
     QTreeWidget *list = ui.LstPensioenen;
     filling = true;
-    list->clear();
     static const QStringList headers{QStringLiteral("Werkgever"), QStringLiteral("Pensioenuitvoerder"),
                                      QStringLiteral("Pensioenregeling"), QStringLiteral("Deelnemer"),
                                      QStringLiteral("PP"), QStringLiteral("OP"), QStringLiteral("TOP"),
@@ -148,14 +168,29 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
 
     QTreeWidgetItem *wanted = nullptr;
     const int wantedKey = Anv_Id * 100 + Pen_Id;
-    // Rows are filled before they join the list and join it in one go: a row inside the list
-    // announces every cell it gets, and the view relays out on each announcement. The widths are
-    // set once for the final row count; setting wide and then narrow would repaint the list twice.
-    // A host that fails half-way leaves the rows read so far shown, as it always has.
+    // The rows already in the list are reused: a row is given only the texts and key that differ
+    // from what it shows, so a list refilled after a refused click or a delete costs reading the
+    // schemes, not rebuilding every row and the view's layout of them. New rows are filled before
+    // they join the list and join it in one go (a row inside the list announces every cell it
+    // gets); rows the host no longer has are taken out. The widths are set once for the final row
+    // count. A host that fails half-way leaves the rows read so far shown, as it always has.
     {
-        QList<QTreeWidgetItem *> rows;
+        const int existing = list->topLevelItemCount();
+        int filled = 0;
+        int firstChanged = existing;
+        int lastChanged = -1;
+        QList<QTreeWidgetItem *> added;
+        // Each changed cell would have the view find the cell's place on its own, which costs a
+        // walk over all rows; the view hears of the changed rows once, below.
+        auto quiet = std::make_unique<QSignalBlocker>(list->model());
         const auto join = qScopeGuard([&] {
-            list->addTopLevelItems(rows);
+            quiet.reset();
+            if (lastChanged >= firstChanged)
+                Q_EMIT list->model()->dataChanged(list->model()->index(firstChanged, 0),
+                                                  list->model()->index(lastChanged, ColumnCount - 1));
+            for (int row = list->topLevelItemCount() - 1; row >= filled; --row)
+                delete list->takeTopLevelItem(row);
+            list->addTopLevelItems(added);
             setColumnWidths(list->topLevelItemCount() > RowsWithoutScrollBar);
         });
         for (qint16 n = 1; Dossier; ++n) {
@@ -163,10 +198,33 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
             if (!aanvrager)
                 break;
             for (qint16 k = 1; PensioenPtr pensioen = aanvrager->Get_Pensioen(k); ++k) {
-                // Built with all its texts at once: a cell set one by one announces itself.
-                auto *item = new QTreeWidgetItem(rowTexts(*pensioen, n));
-                rows.append(item);
-                ListView::setKey(item, PensList::rowKey(n, k));
+                const QStringList texts = rowTexts(*pensioen, n);
+                const QString key = PensList::rowKey(n, k);
+                QTreeWidgetItem *item = nullptr;
+                if (filled < existing) {
+                    item = list->topLevelItem(filled);
+                    bool changed = false;
+                    for (int column = 0; column < ColumnCount; ++column) {
+                        if (item->text(column) != texts.at(column)) {
+                            item->setText(column, texts.at(column));
+                            changed = true;
+                        }
+                    }
+                    if (ListView::key(item) != key) {
+                        ListView::setKey(item, key);
+                        changed = true;
+                    }
+                    if (changed) {
+                        firstChanged = qMin(firstChanged, filled);
+                        lastChanged = qMax(lastChanged, filled);
+                    }
+                } else {
+                    // Built with all its texts at once: a cell set one by one announces itself.
+                    item = new QTreeWidgetItem(texts);
+                    ListView::setKey(item, key);
+                    added.append(item);
+                }
+                ++filled;
                 if (n * 100 + k == wantedKey)
                     wanted = item;
             }
@@ -174,13 +232,17 @@ void PensList::Private::Fill_List(qint16 Anv_Id, qint16 Pen_Id)
     }
 
     list->clearSelection();
-    list->setCurrentItem(nullptr);
     if (!wanted && list->topLevelItemCount() > 0)
         wanted = list->topLevelItem(0);
     if (wanted) {
-        list->setCurrentItem(wanted);
+        // A row that stays current keeps its place: moving the current row makes the view
+        // lay out and scroll again.
+        if (list->currentItem() != wanted)
+            list->setCurrentItem(wanted);
         wanted->setSelected(true);
         list->scrollToItem(wanted);
+    } else {
+        list->setCurrentItem(nullptr);
     }
     filling = false;
     Selection_Changed();
