@@ -21,7 +21,9 @@
 #include <QTreeWidget>
 #include <QWidget>
 
+#include <algorithm>
 #include <functional>
+#include <vector>
 
 #include <unistd.h>
 
@@ -41,11 +43,11 @@ const QString kProgId = QStringLiteral("VandrelPensioen.PensMain");
 // a view of the case, in which
 //   - only the participant being checked shows schemes (nothing checks across participants, and
 //     the list stays as short as it can be);
-//   - "deleting" a scheme deletes nothing: the view turns that participant's list so that the
-//     scheme after it comes first and the ones already checked go to the end. Every scheme stays
-//     visible to the checks that look at all schemes of the participant (the employment choice),
-//     and the list's own reload after a delete shows the next scheme without validating the one
-//     that failed;
+//   - "deleting" a scheme deletes nothing: the view gives the scheme after it the number 1 by
+//     swapping it with the scheme that had it, so the list's own reload after a delete selects
+//     the next scheme without validating the one that failed, and finds every other row as it
+//     was. Every scheme stays visible to the checks that look at all schemes of the participant
+//     (the employment choice), which do not depend on the order;
 //   - deleting the last scheme of a participant moves the view on to the next participant, and
 //     after the last one to no schemes at all, which leaves the screen empty for the next case.
 // All data objects are the case's own; only the numbering of the scheme lists differs.
@@ -60,6 +62,7 @@ public:
         // Nothing in a check adds or removes a real scheme, so the count holds for the view's life.
         while (m_real->Get_Pensioen(qint16(m_count + 1)))
             ++m_count;
+        startAt(1);
     }
 
     qint16 Anv_Id() const override { return m_real->Anv_Id(); }
@@ -93,16 +96,34 @@ public:
     {
         if (Pen_Id < 1 || Pen_Id > m_count)
             return 0;
-        return qint16((Pen_Id - 1 + m_turn) % m_count + 1);
+        return m_order[size_t(Pen_Id - 1)];
     }
-    // Turns the list so that the real scheme `real` comes first.
-    void startAt(qint16 real) { m_turn = m_count > 0 ? qint16((real - 1 + m_count) % m_count) : 0; }
+    // The view's number of the real scheme `real`, 0 when there is none.
+    qint16 viewNumber(qint16 real) const
+    {
+        const auto at = std::find(m_order.cbegin(), m_order.cend(), real);
+        return at == m_order.cend() ? 0 : qint16(at - m_order.cbegin() + 1);
+    }
+    // Numbers the schemes in their real order turned so that `real` comes first.
+    void startAt(qint16 real)
+    {
+        m_order.resize(size_t(m_count));
+        for (qint16 n = 0; n < m_count; ++n)
+            m_order[size_t(n)] = qint16((real - 1 + n) % m_count + 1);
+    }
+    // Gives the real scheme `real` the number 1 by swapping it with the scheme there; every other
+    // scheme keeps its number, so the list the screen fills again afterwards changes in two rows.
+    void bringToFront(qint16 real)
+    {
+        if (const qint16 at = viewNumber(real); at > 1)
+            std::swap(m_order[0], m_order[size_t(at - 1)]);
+    }
 
 private:
     AanvragerPtr m_real;
     SchemeView &m_view;
     qint16 m_count = 0;
-    qint16 m_turn = 0;   // how far the list is turned: view number 1 is real number m_turn + 1
+    std::vector<qint16> m_order;   // the real number of view number n at n - 1
 };
 
 class ViewDossier : public Dossier
@@ -184,7 +205,7 @@ public:
         if (real >= aanvrager->count())
             showFrom(firstWithSchemesFrom(qint16(Anv_Id + 1)), 1);
         else
-            aanvrager->startAt(qint16(real + 1));
+            aanvrager->bringToFront(qint16(real + 1));
     }
 
     std::function<void(const ErrorRecord &)> m_onError;
@@ -325,11 +346,12 @@ bool Checker::Private::createControl(QString *error)
             *error = reason;
         return false;
     }
-    // Shown, so that every check sees the panels as the user would, but never mapped or painted:
-    // the check has no screen, and painting would cost more than the check itself.
+    // Never shown, mapped or painted: the check has no screen. The checks judge what the panels
+    // enable and show of their own (isEnabledTo, isVisibleTo), which a window that is not shown
+    // keeps exactly; a shown one would also lay out and show every field of both panels each
+    // time the screen hides them between two schemes, which cost more than the checks themselves.
     widget->setAttribute(Qt::WA_DontShowOnScreen);
     widget->setUpdatesEnabled(false);
-    widget->show();
     control = widget;
     list = widget->findChild<QTreeWidget *>(QStringLiteral("LstPensioenen"));
     deleteButton = widget->findChild<QAbstractButton *>(QStringLiteral("cmdVerwijder"));
@@ -402,11 +424,11 @@ bool Checker::Private::checkShown(SchemeView &view, qint16 anvId, qint16 real, S
 {
     const std::shared_ptr<ViewAanvrager> aanvrager = view.participant(anvId);
     const int row = currentRow();
-    const int next = row + 1;
+    // The row of the participant's next scheme: after a delete it may stand anywhere in the list.
+    const int next = real < aanvrager->count() ? aanvrager->viewNumber(qint16(real + 1)) - 1 : -1;
     bool cancel = false;
     captured.clear();
-    const bool nextFollows = real < aanvrager->count() && next < list->topLevelItemCount()
-                             && aanvrager->realNumber(qint16(next + 1)) == real + 1;
+    const bool nextFollows = next >= 0 && next != row && next < list->topLevelItemCount();
     if (afterFailure || !nextFollows) {
         const bool validated = call([&] {
             QMetaObject::invokeMethod(control, "Validation", Qt::DirectConnection, Q_ARG(bool &, cancel),
