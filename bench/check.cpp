@@ -2,7 +2,8 @@
 // loaded into the pension screen and given its full check, exactly as the command does it. The
 // stress case's schemes all fail (the costly way through the screen: every one is refused and
 // then deleted from the check's view); beside it the same size with every scheme in order (the
-// sample couple's schemes repeated), and the sample couple itself.
+// sample couple's schemes repeated), and every other bundled example, each of which must reach
+// the target too.
 
 #include "check.h"
 #include "commands.h"
