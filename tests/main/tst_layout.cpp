@@ -354,6 +354,7 @@ private slots:
                                             .arg(least.height())
                                 + least_of("PensioenList") + least_of("PensioenGegevens")
                                 + least_of("PensioenToezegging")));
+            qInfo("scheme %d: the screen needs at least %dx%d", row + 1, least.width(), least.height());
             QVERIFY2(!host.horizontalScrollBar()->isVisible(), qPrintable(where + "scrolls sideways"));
             QVERIFY2(!host.verticalScrollBar()->isVisible(), qPrintable(where + "scrolls up and down"));
             QCOMPARE(main->size(), QSize(1140, 640));
@@ -425,10 +426,12 @@ private slots:
                      qPrintable(QStringLiteral("%1 opens %2x%3").arg(name)
                                     .arg(dialog->frameGeometry().width())
                                     .arg(dialog->frameGeometry().height())));
+            qInfo("%s opens at %dx%d", qPrintable(name), dialog->width(), dialog->height());
             QStringList faults = layoutFaults(dialog);
             for (QTreeWidget *view : dialog->findChildren<QTreeWidget *>())
                 if (isShown(view, dialog))
                     faults += headerFaults(view);
+            savePicture(dialog, QStringLiteral("laptop-") + name);
             dialog->hide();
             QVERIFY2(faults.isEmpty(), qPrintable(name + "\n" + faults.join('\n')));
         }

@@ -550,7 +550,8 @@ void PensToez::Private::warningClicked(int index)
         const QAbstractButton *button =
             index == 0 ? static_cast<QAbstractButton *>(ui->cmdWarningDubbelTellen_0)
                        : static_cast<QAbstractButton *>(ui->cmdWarningDubbelTellen_1);
-        MessageBox::ok(q, button->text(), QStringLiteral("Overlapping inkomsten"));
+        // The message is the caption as the user reads it, without the mnemonic mark.
+        MessageBox::ok(q, CaptionText(button->text()), QStringLiteral("Overlapping inkomsten"));
     });
 }
 

@@ -315,6 +315,11 @@ PensList::PensList(QWidget *parent)
 
 PensList::~PensList() = default;
 
+QSize PensList::sizeHint() const
+{
+    return {QWidget::sizeHint().width(), minimumSizeHint().height()};
+}
+
 void PensList::resizeEvent(QResizeEvent *event)
 {
     // The layout has already given the list the width beside the buttons; the columns are
