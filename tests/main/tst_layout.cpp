@@ -355,6 +355,10 @@ private slots:
                                 + least_of("PensioenList") + least_of("PensioenGegevens")
                                 + least_of("PensioenToezegging")));
             qInfo("scheme %d: the screen needs at least %dx%d", row + 1, least.width(), least.height());
+            // A host that places the screen at its preferred size needs no more room either.
+            const QSize preferred = main->sizeHint();
+            QVERIFY2(preferred.width() <= 1140 && preferred.height() <= 640,
+                     qPrintable(where + QStringLiteral("prefers %1x%2").arg(preferred.width()).arg(preferred.height())));
             QVERIFY2(!host.horizontalScrollBar()->isVisible(), qPrintable(where + "scrolls sideways"));
             QVERIFY2(!host.verticalScrollBar()->isVisible(), qPrintable(where + "scrolls up and down"));
             QCOMPARE(main->size(), QSize(1140, 640));
@@ -431,7 +435,7 @@ private slots:
             for (QTreeWidget *view : dialog->findChildren<QTreeWidget *>())
                 if (isShown(view, dialog))
                     faults += headerFaults(view);
-            savePicture(dialog, QStringLiteral("laptop-") + name);
+            savePicture(dialog, QStringLiteral("laptop-") + dialog->objectName());
             dialog->hide();
             QVERIFY2(faults.isEmpty(), qPrintable(name + "\n" + faults.join('\n')));
         }

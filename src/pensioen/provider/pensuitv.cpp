@@ -347,9 +347,11 @@ QSize PensUitv::minimumSizeHint() const
     return {breedte, height()};
 }
 
+// Wider fields show nothing more (the names and sectors are short); the room is better left to the
+// commitments beside the panel.
 QSize PensUitv::sizeHint() const
 {
-    return {qMax(minimumSizeHint().width(), twips(6975)), height()};
+    return minimumSizeHint();
 }
 
 void PensUitv::Private::Resize()
