@@ -412,15 +412,15 @@ private slots:
         auto pensioen = app->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(1);
         auto regel = pensioen->Get_OuderdomRegel(1);
         QVERIFY(regel);
-        frmPensioenSpec spec;
-        spec.SetApplication(app, 1, 1);
+        frmPensioenSpec breakdown;
+        breakdown.SetApplication(app, 1, 1);
         frmSpecificatieScenario scenario;
         scenario.Set_Application(app, regel->ScenarioOP(), regel->Dt_IngangOP(), QDate(2070, 1, 1));
         frmAoUitkering ao;
         ao.setApplication(app);
         ao.setPensioen(pensioen);
         ao.Fill_Form();
-        for (QDialog *dialog : {static_cast<QDialog *>(&spec), static_cast<QDialog *>(&scenario),
+        for (QDialog *dialog : {static_cast<QDialog *>(&breakdown), static_cast<QDialog *>(&scenario),
                                 static_cast<QDialog *>(&ao)}) {
             const QString name = QString::fromLatin1(dialog->metaObject()->className());
             QVERIFY(showActive(dialog));

@@ -9,8 +9,8 @@
 #include "platformroutines.h"
 #include "ui_pensmain.h"
 
-#include <QCoreApplication>
 #include <QBoxLayout>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QPointer>
 
