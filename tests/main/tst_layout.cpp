@@ -343,6 +343,8 @@ private slots:
             QVERIFY2(main->shownPensioen() >= 1, "a scheme of the sample is shown");
             const QString where = QStringLiteral("row %1: ").arg(row + 1);
             const QSize least = main->minimumSizeHint();
+            // A screen without a minimum lets a host squeeze it until fields lie over one another.
+            QVERIFY2(least.isValid(), qPrintable(where + "has no minimum size"));
             const auto least_of = [&](const char *name) {
                 const QWidget *w = find<QWidget>(main, QString::fromLatin1(name));
                 return QStringLiteral(" %1 %2x%3").arg(QString::fromLatin1(name))
