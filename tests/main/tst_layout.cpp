@@ -9,6 +9,7 @@
 #include "penslist.h"
 #include "pensmain.h"
 #include "usersim.h"
+#include "wrapcheckbox.h"
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
@@ -22,6 +23,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTest>
@@ -137,7 +140,17 @@ QStringList layoutFaults(QWidget *window)
             if (!caption.isEmpty()) {
                 const QFontMetrics fm = w->fontMetrics();
                 const auto *label = qobject_cast<QLabel *>(w);
-                if (label && label->wordWrap()) {
+                const auto *wrapping = qobject_cast<WrapCheckBox *>(w);
+                if (wrapping && wrapping->wrapWidth() > 0) {
+                    // A caption that breaks over lines must have the height of all its lines.
+                    const QRect need = fm.boundingRect(QRect(0, 0, roomFor(w), 10000),
+                                                       Qt::TextWordWrap, caption);
+                    if (need.height() > w->height())
+                        faults << QStringLiteral("%1 \"%2\" needs %3 px height, has %4")
+                                      .arg(describe(w), caption)
+                                      .arg(need.height())
+                                      .arg(w->height());
+                } else if (label && label->wordWrap()) {
                     const QRect need = fm.boundingRect(QRect(0, 0, roomFor(w), 10000),
                                                        int(label->alignment()) | Qt::TextWordWrap,
                                                        caption);
@@ -305,6 +318,129 @@ private slots:
         QCOMPARE(list->geometry().right(), toezegging->geometry().right());
         QVERIFY(!list->geometry().intersects(gegevens->geometry()));
         QVERIFY(!gegevens->geometry().intersects(toezegging->geometry()));
+    }
+
+    // A 1920x1080 laptop at 150 % scaling is 1280x720; the host keeps a navigation column and its
+    // title and menus, which leaves 1140x640 for the screen. Every scheme of the sample must be
+    // usable there in a host that hands the screen all its room, without scrolling.
+    void pensionScreenFitsALaptop()
+    {
+        auto app = sampleCase();
+        QVERIFY(app);
+        QScrollArea host;
+        host.setFrameShape(QFrame::NoFrame);
+        host.setWidgetResizable(true);
+        auto *main = new PensMain;
+        host.setWidget(main);
+        main->SetApplication(app);
+        host.resize(1140, 640);
+        QVERIFY(showActive(&host));
+        auto *view = find<QTreeWidget>(main, QStringLiteral("LstPensioenen"));
+        QVERIFY(view->topLevelItemCount() >= 2);
+        for (int row = 0; row < view->topLevelItemCount(); ++row) {
+            view->setCurrentItem(view->topLevelItem(row));
+            QCoreApplication::processEvents();
+            QVERIFY2(main->shownPensioen() >= 1, "a scheme of the sample is shown");
+            const QString where = QStringLiteral("row %1: ").arg(row + 1);
+            const QSize least = main->minimumSizeHint();
+            // A screen without a minimum lets a host squeeze it until fields lie over one another.
+            QVERIFY2(least.isValid(), qPrintable(where + "has no minimum size"));
+            const auto least_of = [&](const char *name) {
+                const QWidget *w = find<QWidget>(main, QString::fromLatin1(name));
+                return QStringLiteral(" %1 %2x%3").arg(QString::fromLatin1(name))
+                    .arg(w->minimumSizeHint().width()).arg(w->minimumSizeHint().height());
+            };
+            QVERIFY2(least.width() <= 1140 && least.height() <= 640,
+                     qPrintable(where + QStringLiteral("needs at least %1x%2:")
+                                            .arg(least.width())
+                                            .arg(least.height())
+                                + least_of("PensioenList") + least_of("PensioenGegevens")
+                                + least_of("PensioenToezegging")));
+            qInfo("scheme %d: the screen needs at least %dx%d", row + 1, least.width(), least.height());
+            // A host that places the screen at its preferred size needs no more room either.
+            const QSize preferred = main->sizeHint();
+            QVERIFY2(preferred.width() <= 1140 && preferred.height() <= 640,
+                     qPrintable(where + QStringLiteral("prefers %1x%2").arg(preferred.width()).arg(preferred.height())));
+            QVERIFY2(!host.horizontalScrollBar()->isVisible(), qPrintable(where + "scrolls sideways"));
+            QVERIFY2(!host.verticalScrollBar()->isVisible(), qPrintable(where + "scrolls up and down"));
+            QCOMPARE(main->size(), QSize(1140, 640));
+            // The list shows at least its header and a few whole rows.
+            QVERIFY2(view->viewport()->height() >= 3 * view->visualItemRect(view->topLevelItem(0)).height(),
+                     qPrintable(where + QStringLiteral("list only %1 px high").arg(view->viewport()->height())));
+            const QStringList faults = layoutFaults(main) + headerFaults(view);
+            if (row == 0)
+                savePicture(main, QStringLiteral("pensmain-1140x640"));
+            QVERIFY2(faults.isEmpty(), qPrintable(where + "\n" + faults.join('\n')));
+        }
+    }
+
+    // With 99 schemes the list shows as many rows as the height it is given lets it: more on a
+    // taller screen, and the panels below keep their room.
+    void longListTakesTheHeightLeftOver()
+    {
+        auto app = Zarnoveld::HostApplication::importJson(exampleCase("stress-99-in-orde.json"));
+        QVERIFY(app);
+        PensMain main;
+        main.SetApplication(app);
+        auto *view = find<QTreeWidget>(&main, QStringLiteral("LstPensioenen"));
+        QVERIFY(view->topLevelItemCount() >= 50);
+        view->setCurrentItem(view->topLevelItem(0));
+        main.resize(1140, 640);
+        QVERIFY(showActive(&main));
+        main.resize(1140, 640);
+        QCoreApplication::processEvents();
+        const int rowHeight = view->visualItemRect(view->topLevelItem(0)).height();
+        QVERIFY(rowHeight > 0);
+        const int shortRows = view->viewport()->height() / rowHeight;
+        auto *gegevens = find<QWidget>(&main, QStringLiteral("PensioenGegevens"));
+        const int panelHeight = gegevens->height();
+        QVERIFY2(gegevens->geometry().bottom() < main.height(), "the data panel is cut off");
+
+        main.resize(1140, 940);
+        QCoreApplication::processEvents();
+        const int tallRows = view->viewport()->height() / rowHeight;
+        QCOMPARE(gegevens->height(), panelHeight);
+        // All 300 extra pixels go to the list.
+        QVERIFY2(tallRows >= shortRows + 300 / rowHeight - 1,
+                 qPrintable(QStringLiteral("%1 rows at 640 px, %2 at 940 px").arg(shortRows).arg(tallRows)));
+        QVERIFY(shortRows >= 3);
+    }
+
+    // Each dialog opens within a 1280x720 laptop screen and shows everything there.
+    void dialogsFitALaptop()
+    {
+        auto app = sampleCase();
+        QVERIFY(app);
+        auto pensioen = app->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(1);
+        auto regel = pensioen->Get_OuderdomRegel(1);
+        QVERIFY(regel);
+        frmPensioenSpec breakdown;
+        breakdown.SetApplication(app, 1, 1);
+        frmSpecificatieScenario scenario;
+        scenario.Set_Application(app, regel->ScenarioOP(), regel->Dt_IngangOP(), QDate(2070, 1, 1));
+        frmAoUitkering ao;
+        ao.setApplication(app);
+        ao.setPensioen(pensioen);
+        ao.Fill_Form();
+        for (QDialog *dialog : {static_cast<QDialog *>(&breakdown), static_cast<QDialog *>(&scenario),
+                                static_cast<QDialog *>(&ao)}) {
+            const QString name = QString::fromLatin1(dialog->metaObject()->className());
+            QVERIFY(showActive(dialog));
+            const QSize least = dialog->minimumSizeHint();
+            QVERIFY2(least.width() <= 1280 && least.height() <= 720, qPrintable(name));
+            QVERIFY2(dialog->frameGeometry().width() <= 1280 && dialog->frameGeometry().height() <= 720,
+                     qPrintable(QStringLiteral("%1 opens %2x%3").arg(name)
+                                    .arg(dialog->frameGeometry().width())
+                                    .arg(dialog->frameGeometry().height())));
+            qInfo("%s opens at %dx%d", qPrintable(name), dialog->width(), dialog->height());
+            QStringList faults = layoutFaults(dialog);
+            for (QTreeWidget *view : dialog->findChildren<QTreeWidget *>())
+                if (isShown(view, dialog))
+                    faults += headerFaults(view);
+            savePicture(dialog, QStringLiteral("laptop-") + dialog->objectName());
+            dialog->hide();
+            QVERIFY2(faults.isEmpty(), qPrintable(name + "\n" + faults.join('\n')));
+        }
     }
 
     void specificatieDialogShowsEveryCaptionInFull()

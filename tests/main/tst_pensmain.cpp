@@ -380,7 +380,11 @@ private Q_SLOTS:
         QCOMPARE(m_gegevens->pos(), QPoint(4, 4 + m_list->height() + 4));
         QCOMPARE(m_toezegging->pos(),
                  QPoint(m_gegevens->x() + m_gegevens->width() + 8, m_gegevens->y()));
-        QVERIFY(m_main->sizeHint().width() >= m_toezegging->geometry().right());
+        // The commitments panel takes the width the scheme panel leaves; the screen's preferred
+        // width holds both panels at theirs.
+        QCOMPARE(m_toezegging->geometry().right(), m_main->width() - 1 - 4);
+        QVERIFY(m_main->sizeHint().width()
+                >= 4 + m_gegevens->sizeHint().width() + 8 + m_toezegging->sizeHint().width() + 4);
     }
 
     void backColorKeepsExplicitlyColouredChildren()

@@ -1,5 +1,6 @@
 #include "penstoez.h"
 
+#include "accessiblenames.h"
 #include "commitmentrules.h"
 #include "errortrap.h"
 #include "frmaouitkering.h"
@@ -172,6 +173,7 @@ public:
     void recomputeFollowers();
 
     void infoChanged() { Q_EMIT q->InfoChanged(); }
+    void nameFields();
 };
 
 void PensToez::Private::setup()
@@ -206,8 +208,42 @@ void PensToez::Private::setup()
     ui->cmdPensioenSpecificatie->setVisible(false);
     ui->fraPensioenSpecificatie->setVisible(false);
 
+    // These captions break over two lines to keep the form narrow. Their width and so their
+    // height are fixed, so the form need not be measured again for every width a container
+    // tries (which made a scrolling container ask for the preferred height of everything).
+    for (QLabel *caption : {ui->lblIngang_0, ui->lblIngang_1, ui->lblPensioenSpecificatie}) {
+        QSizePolicy policy = caption->sizePolicy();
+        policy.setHeightForWidth(false);
+        caption->setSizePolicy(policy);
+        const int width = caption->maximumWidth();
+        caption->setFixedWidth(width);
+        caption->setMinimumHeight(caption->heightForWidth(width));
+    }
+    nameFields();
     connectHandlers();
     ScaleToScreen(q);
+}
+
+// A screen reader says the caption of the row before each field, and which of the row's fields
+// it is; the captions are the check boxes and labels the user reads on the same row.
+void PensToez::Private::nameFields()
+{
+    const QString pc = QStringLiteral("% t.o.v. OP");
+    NameAfterCaption(ui->txtOP, ui->chkOP, QStringLiteral("bedrag"));
+    NameAfterCaption(ui->txtIngangOP, ui->chkOP, QStringLiteral("ingangsdatum"));
+    NameAfterCaption(ui->txtLeeftijdOPJr, ui->chkOP, QStringLiteral("ingangsleeftijd jaren"));
+    NameAfterCaption(ui->txtLeeftijdOPMnd, ui->chkOP, QStringLiteral("ingangsleeftijd maanden"));
+    NameAfterCaption(ui->txtPreP, ui->chkPreP, QStringLiteral("bedrag"));
+    NameAfterCaption(ui->txtIngangPreP, ui->chkPreP, QStringLiteral("ingangsdatum"));
+    NameAfterCaption(ui->txtLeeftijdPrePJr, ui->chkPreP, QStringLiteral("ingangsleeftijd jaren"));
+    NameAfterCaption(ui->txtLeeftijdPrePMnd, ui->chkPreP, QStringLiteral("ingangsleeftijd maanden"));
+    NameAfterCaption(ui->txtTOP, ui->chkTOP, QStringLiteral("bedrag"));
+    for (const PcCommitment *c : {&kPP, &kPPNaAow, &kPPna65, &kPpNa65TotAow, &kWzP, &kIP}) {
+        const Widgets w = widgetsOf(*c);
+        NameAfterCaption(w.amount, w.chk, QStringLiteral("bedrag"));
+        NameAfterCaption(w.pc, w.chk, pc);
+    }
+    NameAfterCaption(ui->txtAnwCompensatie, ui->chkAnwCompensatie, QStringLiteral("bedrag"));
 }
 
 void PensToez::Private::connectHandlers()
@@ -514,7 +550,8 @@ void PensToez::Private::warningClicked(int index)
         const QAbstractButton *button =
             index == 0 ? static_cast<QAbstractButton *>(ui->cmdWarningDubbelTellen_0)
                        : static_cast<QAbstractButton *>(ui->cmdWarningDubbelTellen_1);
-        MessageBox::ok(q, button->text(), QStringLiteral("Overlapping inkomsten"));
+        // The message is the caption as the user reads it, without the mnemonic mark.
+        MessageBox::ok(q, CaptionText(button->text()), QStringLiteral("Overlapping inkomsten"));
     });
 }
 

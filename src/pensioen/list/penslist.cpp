@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QScopeGuard>
 #include <QHash>
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 
@@ -359,27 +360,34 @@ PensList::PensList(QWidget *parent)
     });
 
     ScaleToScreen(this);
+
+    // However little height a container leaves, the list keeps its header and room for the rows
+    // it shows without a scroll bar: the columns are only narrowed for the scroll bar from the
+    // row after those.
+    {
+        QTreeWidget *list = d->ui.LstPensioenen;
+        const QScopedValueRollback<bool> quiet(d->filling, true);
+        auto *probe = new QTreeWidgetItem(list, QStringList(QStringLiteral("Huidige")));
+        const int rowHeight = list->sizeHintForRow(0);
+        delete probe;
+        list->setMinimumHeight(list->header()->sizeHint().height()
+                               + RowsWithoutScrollBar * rowHeight + 2 * list->frameWidth());
+    }
 }
 
 PensList::~PensList() = default;
 
+QSize PensList::sizeHint() const
+{
+    return {QWidget::sizeHint().width(), minimumSizeHint().height()};
+}
+
 void PensList::resizeEvent(QResizeEvent *event)
 {
+    // The layout has already given the list the width beside the buttons; the columns are
+    // fractions of that width, so a container that widens the control widens every column.
     QWidget::resizeEvent(event);
-    // The buttons keep their column at the right edge and the list takes the rest, so a
-    // container that widens the control widens W and with it every column.
-    QTreeWidget *list = d->ui.LstPensioenen;
-    const int gap = d->ui.cmdNieuw->x() - list->geometry().right() - 1;
-    // Both buttons share one width, wide enough for the longer caption in the font in use.
-    const int buttonWidth = qMax(d->ui.cmdNieuw->width(),
-                                 qMax(d->ui.cmdNieuw->sizeHint().width(),
-                                      d->ui.cmdVerwijder->sizeHint().width()));
-    const int buttonsLeft = width() - buttonWidth - twips(30);
-    for (QWidget *button : {static_cast<QWidget *>(d->ui.cmdNieuw),
-                            static_cast<QWidget *>(d->ui.cmdVerwijder)})
-        button->setGeometry(buttonsLeft, button->y(), buttonWidth, button->height());
-    list->resize(qMax(0, buttonsLeft - gap - list->x()), height());
-    d->setColumnWidths(list->topLevelItemCount() > RowsWithoutScrollBar);
+    d->setColumnWidths(d->ui.LstPensioenen->topLevelItemCount() > RowsWithoutScrollBar);
 }
 
 void PensList::SetApplication(const ApplicationPtr &Application, qint16 Anv_Id, qint16 Pen_Id)

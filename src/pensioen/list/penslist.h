@@ -22,6 +22,10 @@ public:
     void Validation(bool &Cancel, qint32 ControleNr) override;
     void InfoChanged();
 
+    // As high as the rows shown without a scroll bar: the list asks for no more, so the panels
+    // below keep their room and a container hands the list whatever height is left over.
+    QSize sizeHint() const override;
+
     // The row key is the only link from a row to its scheme: "@" + (Anv_Id * 100 + Pen_Id).
     static QString rowKey(qint16 Anv_Id, qint16 Pen_Id);
     // False (and both 0) for a key that is not of that form.

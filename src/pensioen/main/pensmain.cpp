@@ -9,6 +9,7 @@
 #include "platformroutines.h"
 #include "ui_pensmain.h"
 
+#include <QBoxLayout>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QPointer>
@@ -36,7 +37,7 @@ public:
     void Select_Pensioen(qint16 newAnv, qint16 newPen);
     void Load_Pensioen(qint16 newAnv, qint16 newPen);
     void ChangeAanvrager(bool &Cancel);
-    void Layout();
+    void Arrange();
     void Terminate();
 
     PensMain *q;
@@ -107,37 +108,33 @@ void PensMain::Private::ChangeAanvrager(bool &Cancel)
     ui.PensioenList->SetApplication(Application, Anv_Id, Pen_Id);
 }
 
-// The room a panel's contents need: its own layout's minimum, or for a panel that places its
-// frames itself, the widest frame minimum and the lowest frame edge.
-static QSize neededSize(const QWidget *panel)
+// The list on top takes the full width and every pixel of height the panels below leave over, so
+// a long list shows as many rows as fit; the scheme panel and the commitments panel stand side
+// by side at the height their visible rows need, the commitments panel taking the width left.
+// Qt layouts rather than fixed positions: the screen reflows to the room a host gives it.
+void PensMain::Private::Arrange()
 {
-    QSize needed = panel->minimumSizeHint().expandedTo(QSize(0, 0));
-    for (const QObject *object : panel->children()) {
-        const auto *child = qobject_cast<const QWidget *>(object);
-        if (!child || child->isHidden())
-            continue;
-        if (child->layout())
-            needed.setWidth(qMax(needed.width(), child->x() + child->minimumSizeHint().width()));
-        needed.setHeight(qMax(needed.height(), child->geometry().bottom() + 1));
+    auto *panels = new QHBoxLayout;
+    panels->setContentsMargins(0, 0, 0, 0);
+    panels->setSpacing(twips(120));
+    panels->addWidget(ui.PensioenGegevens, 0, Qt::AlignTop);
+    panels->addWidget(ui.PensioenToezegging, 1, Qt::AlignTop);
+    auto *screen = new QVBoxLayout(q);
+    screen->setContentsMargins(twips(60), twips(60), twips(60), twips(60));
+    screen->setSpacing(twips(60));
+    screen->addWidget(ui.PensioenList, 1);
+    screen->addLayout(panels, 0);
+    // The panels never give up height to the list: a row cut off there could not be reached.
+    for (QWidget *panel : {static_cast<QWidget *>(ui.PensioenGegevens),
+                           static_cast<QWidget *>(ui.PensioenToezegging)}) {
+        QSizePolicy policy = panel->sizePolicy();
+        policy.setVerticalPolicy(QSizePolicy::Fixed);
+        panel->setSizePolicy(policy);
     }
-    return needed;
-}
-
-void PensMain::Private::Layout()
-{
-    PensList *list = ui.PensioenList;
-    PensGeg *gegevens = ui.PensioenGegevens;
-    PensToez *toezegging = ui.PensioenToezegging;
-    // A panel is never narrower or lower than its captions need with the font in use: a
-    // panel squeezed below that cuts its check boxes and labels off.
-    for (QWidget *panel : {static_cast<QWidget *>(gegevens), static_cast<QWidget *>(toezegging)})
-        panel->resize(panel->size().expandedTo(neededSize(panel)));
-    list->move(twips(60), twips(60));
-    gegevens->move(list->x(), list->y() + list->height() + twips(60));
-    toezegging->move(gegevens->x() + gegevens->width() + twips(120), gegevens->y());
-    // The list spans both panels: its columns are fractions of its width, and the panels'
-    // width is what leaves room for every header caption.
-    list->resize(toezegging->geometry().right() + 1 - list->x(), list->height());
+    QSizePolicy listPolicy = ui.PensioenList->sizePolicy();
+    listPolicy.setVerticalPolicy(QSizePolicy::Expanding);
+    listPolicy.setHorizontalPolicy(QSizePolicy::Expanding);
+    ui.PensioenList->setSizePolicy(listPolicy);
 }
 
 void PensMain::Private::Terminate()
@@ -220,7 +217,7 @@ PensMain::PensMain(QWidget *parent)
     }
 
     ScaleToScreen(this);
-    d->Layout();
+    d->Arrange();
     resize(sizeHint());
 }
 
@@ -282,31 +279,14 @@ qint16 PensMain::shownPensioen() const
     return d->Pen_Id;
 }
 
-QSize PensMain::sizeHint() const
-{
-    QRect bounds;
-    for (const QWidget *child : {static_cast<const QWidget *>(d->ui.PensioenList),
-                                 static_cast<const QWidget *>(d->ui.PensioenGegevens),
-                                 static_cast<const QWidget *>(d->ui.PensioenToezegging)})
-        bounds = bounds.united(child->geometry());
-    return {bounds.right() + 1 + twips(60), bounds.bottom() + 1 + twips(60)};
-}
-
-void PensMain::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    d->Layout();
-}
-
 bool PensMain::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
-    // A panel asks for more room when loading a scheme shows longer captions or more rows;
-    // without a container layout to ask, the control grows by itself rather than cut them off.
+    // A panel asks for more room when loading a scheme shows longer captions or more rows. A
+    // host that placed the control by hand (no layout to ask) gets a control that grows by
+    // itself rather than cuts them off; a layout or a window manager sizes it otherwise.
     if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
-        d->Layout();
-        updateGeometry();
-        if (!parentWidget() || !parentWidget()->layout())
+        if (parentWidget() && !isWindow() && !parentWidget()->layout())
             resize(size().expandedTo(sizeHint()));
     }
     return handled;

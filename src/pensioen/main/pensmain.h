@@ -28,11 +28,8 @@ public:
     // The scheme the two data panels show (0, 0 when none); for hosts that report on it.
     qint16 shownAanvrager() const;
     qint16 shownPensioen() const;
-    // Room for the three panels at their designed sizes.
-    QSize sizeHint() const override;
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
     bool event(QEvent *event) override;
 
 private:

@@ -69,6 +69,7 @@ public:
     void TxtUitvoerder_Validation(bool &Cancel);
     void TxtBranche_Validation(bool &Cancel);
     void Resize();
+    QSize gemeldeRuimte;   // the least room last reported to the container
 
     PensUitv *q;
     std::unique_ptr<Ui::PensUitv> ui;
@@ -334,6 +335,25 @@ void PensUitv::Private::TxtBranche_Validation(bool &Cancel)
     });
 }
 
+// The fields take whatever width the panel gets; the options keep their fixed widths, so the panel
+// is never narrower than the options shown plus the frame's own margin.
+QSize PensUitv::minimumSizeHint() const
+{
+    int breedte = d->ui->txtUitvoerder->x() + twips(1200) + twips(120);
+    for (QWidget *optie : {static_cast<QWidget *>(d->ui->optAanvrager_1),
+                           static_cast<QWidget *>(d->ui->optAanvrager_2)})
+        if (!optie->isHidden())
+            breedte = qMax(breedte, optie->geometry().right() + 1 + d->ui->optAanvrager_1->x());
+    return {breedte, height()};
+}
+
+// Wider fields show nothing more (the names and sectors are short); the room is better left to the
+// commitments beside the panel.
+QSize PensUitv::sizeHint() const
+{
+    return minimumSizeHint();
+}
+
 void PensUitv::Private::Resize()
 {
     const int breedte = q->width();
@@ -356,6 +376,12 @@ void PensUitv::Private::Resize()
     const int eigenHoogte = top + hoogte + twips(kMargeOnder);
     if (q->minimumHeight() != eigenHoogte || q->maximumHeight() != eigenHoogte)
         q->setFixedHeight(eigenHoogte);
+    // Showing or hiding the partner's option or the employment changes the room the panel needs.
+    const QSize nodig = q->minimumSizeHint();
+    if (nodig != gemeldeRuimte) {
+        gemeldeRuimte = nodig;
+        q->updateGeometry();
+    }
 }
 
 } // namespace VandrelPensioen

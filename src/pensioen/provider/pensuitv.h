@@ -20,6 +20,8 @@ public:
     void SetApplication(const VandrelApplication::ApplicationPtr &Application, qint16 Anv_Id,
                         qint16 Pen_Id) override;
     void Validation(bool &Cancel, qint32 ControleNr) override;
+    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;
 
 Q_SIGNALS:
     void AanvragerChanged(qint16 &Anv_Id, qint16 &Pen_Id);

@@ -1,5 +1,6 @@
 #include "pensgeg.h"
 
+#include "accessiblenames.h"
 #include "errortrap.h"
 #include "franchise.h"
 #include "messagebox.h"
@@ -61,6 +62,9 @@ public:
     void optRegeling_Click(const char *procedure, qint16 soort);
     void txtDefault_GotFocus(Qt::FocusReason reason);
     void Resize();
+    // The width and height the stacked frames need: at their least or at their preferred width.
+    QSize stackSize(bool least) const;
+    QSize gemeldeRuimte;   // the preferred size last reported to the container
     SchemeFields shownFields() const;
 
     // A field whose value goes to the host when the user leaves it: first its own check (0 for
@@ -106,6 +110,16 @@ PensGeg::PensGeg(QWidget *parent)
 {
     auto *ui = d->ui.get();
     ui->setupUi(this);
+
+    // The percentage and premium fields stand after their option button, and the boxes that keep
+    // a value up to date before the value's label: a screen reader says that caption.
+    NameAfterCaption(ui->txtEindloon, ui->optEindloon, QStringLiteral("opbouw %"));
+    NameAfterCaption(ui->txtMiddelloon, ui->optMiddelloon, QStringLiteral("opbouw %"));
+    NameAfterCaption(ui->TxtBeschikbarePremie, ui->optBeschikbarePremie, QStringLiteral("premie"));
+    NameAfterCaption(ui->chkSynced_0, ui->LblSalaris, QStringLiteral("automatisch bijhouden"));
+    NameAfterCaption(ui->chkSynced_1, ui->LblFranchise, QStringLiteral("automatisch bijhouden"));
+    NameAfterCaption(ui->chkSynced_2, ui->LblGrondslag, QStringLiteral("automatisch bijhouden"));
+    NameAfterCaption(ui->chkSynced_3, ui->LblAangroei, QStringLiteral("automatisch bijhouden"));
 
     for (TextBox *amount : {ui->TxtBeschikbarePremie, ui->txtSalaris, ui->txtFranchise,
                             ui->TxtGrondslag, ui->txtAangroei, ui->txtOpgebouwd,
@@ -553,6 +567,41 @@ SchemeFields PensGeg::Private::shownFields() const
     return f;
 }
 
+QSize PensGeg::Private::stackSize(bool least) const
+{
+    int breedte = least ? ui->Uitvoerder->minimumSizeHint().width() : ui->Uitvoerder->sizeHint().width();
+    int hoogte = ui->Uitvoerder->height();
+    bool eerste = true;
+    for (QGroupBox *frame : {ui->fraRegeling, ui->fraGrondslag, ui->fraBijdrage}) {
+        if (frame->isHidden())
+            continue;
+        const QSize nodig = least ? frame->minimumSizeHint() : frame->sizeHint();
+        breedte = qMax(breedte, nodig.width());
+        hoogte += (eerste ? 0 : twips(kFrameAfstand)) + frame->sizeHint().height();
+        eerste = false;
+    }
+    return {breedte, hoogte};
+}
+
+QSize PensGeg::minimumSizeHint() const
+{
+    return d->stackSize(true);
+}
+
+QSize PensGeg::sizeHint() const
+{
+    return d->stackSize(false);
+}
+
+bool PensGeg::event(QEvent *event)
+{
+    // A frame that shows or hides rows asks its parent for room; the panel has no layout of its
+    // own to answer, so it restacks its frames and tells its container what it needs now.
+    if (event->type() == QEvent::LayoutRequest)
+        d->Resize();
+    return SchemePanel::event(event);
+}
+
 void PensGeg::Private::Resize()
 {
     const int breedte = q->width();
@@ -568,6 +617,13 @@ void PensGeg::Private::Resize()
         const int hoogte = frame->sizeHint().height();
         frame->setGeometry(0, top, breedte, hoogte);
         top += hoogte + twips(kFrameAfstand);
+    }
+    // A load while the panel is hidden posts no layout request to anyone, so the container
+    // hears of a changed need here: rows shown or hidden change the height of the stack.
+    const QSize nodig = stackSize(false);
+    if (nodig != gemeldeRuimte) {
+        gemeldeRuimte = nodig;
+        q->updateGeometry();
     }
 }
 

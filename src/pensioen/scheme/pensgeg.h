@@ -20,6 +20,8 @@ public:
     void SetApplication(const VandrelApplication::ApplicationPtr &Application, qint16 Anv_Id,
                         qint16 Pen_Id) override;
     void Validation(bool &Cancel, qint32 ControleNr) override;
+    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;
 
 Q_SIGNALS:
     void InfoChanged();
@@ -29,6 +31,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
     class Private;
