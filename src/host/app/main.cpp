@@ -2,7 +2,7 @@
 //
 //   zarnoveld [CASE] [--scherm deelnemers|pensioenen] [--screenshot FILE]
 //   zarnoveld import JSON CASE        a JSON case becomes a new case file
-//   zarnoveld export CASE JSON
+//   zarnoveld export CASE JSON [--overschrijven]
 //   zarnoveld register | unregister   the pension screen in the per-user component registry
 //   zarnoveld check CASE... [--json]  checks every scheme as the pension screen would, headless
 
@@ -10,9 +10,13 @@
 #include "commands.h"
 #include "errorlog.h"
 #include "mainwindow.h"
+#include "messagebox.h"
 #include "pensionscreen.h"
+#include "safefile.h"
+#include "terminal.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -22,6 +26,9 @@
 #include <QScreen>
 #include <QTextStream>
 #include <QTimer>
+
+#include <csignal>
+#include <sys/stat.h>
 
 namespace {
 
@@ -45,8 +52,22 @@ bool hasDisplay()
 
 int fail(const QString &message)
 {
-    err() << "zarnoveld: " << message << Qt::endl;
+    err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(message) << Qt::endl;
     return 2;
+}
+
+// A run nobody watches (no display, a screenshot, a command) never waits for a click: every
+// message the program or the pension screen would show is printed and logged instead, and a
+// question gets the answer that changes nothing (No).
+void answerHeadless()
+{
+    VandrelControl::MessageBox::setResponder([](const VandrelControl::MessageBox::Request &request) {
+        err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(request.title) << ": "
+              << Zarnoveld::Terminal::escaped(request.text) << Qt::endl;
+        Zarnoveld::ErrorLog::note(request.title, request.text);
+        return request.buttons == VandrelControl::MessageBox::Buttons::YesNo ? VandrelControl::MessageBox::Answer::No
+                                                                            : VandrelControl::MessageBox::Answer::Ok;
+    });
 }
 
 // A picture shows the whole pension screen: the window grows, within the screen, by what its
@@ -79,13 +100,30 @@ bool writeScreenshot(QWidget *window, const QString &path)
                                                window->frameGeometry().height());
     if (picture.isNull())
         picture = window->grab();
-    return picture.save(path);
+    // A picture of a case is personal data too: written whole, owner only, never through a link.
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (!picture.save(&buffer, "PNG"))
+        return false;
+    try {
+        Zarnoveld::SafeFile::write(path, png, Zarnoveld::SafeFile::Existing::Replace);
+    } catch (const VandrelApplication::HostError &e) {
+        err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(e.description()) << Qt::endl;
+        return false;
+    }
+    return true;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    // Everything this program makes holds personal data or lies next to it: owner only.
+    ::umask(077);
+    // A file-size limit must make a write fail (and the program say so), not end the program
+    // with the old file's replacement half written.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Always headless, with its own application object: decided before one is made here.
     if (argc > 1 && qstrcmp(argv[1], "check") == 0)
         return Zarnoveld::Check::main(argc, argv);
@@ -106,12 +144,20 @@ int main(int argc, char **argv)
                                   QStringLiteral("BESTAND"));
     QCommandLineOption screen(QStringLiteral("scherm"), QStringLiteral("Begin op dit scherm: deelnemers of pensioenen."),
                               QStringLiteral("SCHERM"), QStringLiteral("pensioenen"));
+    QCommandLineOption overwrite(QStringLiteral("overschrijven"),
+                                 QStringLiteral("Bij export: vervang een bestaand JSON-bestand."));
     parser.addOption(screenshot);
     parser.addOption(screen);
+    parser.addOption(overwrite);
     parser.addPositionalArgument(QStringLiteral("opdracht"), QStringLiteral("Een dossier, of import/export/register/unregister."));
     parser.process(app);
     const QStringList args = parser.positionalArguments();
     const QString command = args.value(0);
+
+    const bool commandLine = command == QStringLiteral("register") || command == QStringLiteral("unregister")
+        || command == QStringLiteral("import") || command == QStringLiteral("export");
+    if (commandLine || !display || parser.isSet(screenshot))
+        answerHeadless();
 
     try {
         if (command == QStringLiteral("register") || command == QStringLiteral("unregister")) {
@@ -128,16 +174,18 @@ int main(int argc, char **argv)
         if (command == QStringLiteral("import")) {
             if (args.size() != 3)
                 return fail(QStringLiteral("gebruik: zarnoveld import JSON DOSSIER"));
-            Zarnoveld::Commands::importCase(args[1], args[2]);
-            out() << "Dossier gemaakt: " << args[2] << Qt::endl;
+            auto application = Zarnoveld::Commands::importCase(args[1], args[2]);
+            out() << "Dossier gemaakt: " << Zarnoveld::Terminal::escaped(args[2]) << Qt::endl;
+            for (const QString &warning : Zarnoveld::Commands::caseWarnings(*application))
+                err() << "zarnoveld: let op: " << Zarnoveld::Terminal::escaped(warning) << Qt::endl;
             return 0;
         }
         if (command == QStringLiteral("export")) {
             if (args.size() != 3)
                 return fail(QStringLiteral("gebruik: zarnoveld export DOSSIER JSON"));
             auto application = Zarnoveld::HostApplication::openFile(args[1]);
-            Zarnoveld::Commands::exportCase(*application, args[2]);
-            out() << "Dossier geexporteerd naar " << args[2] << Qt::endl;
+            Zarnoveld::Commands::exportCase(*application, args[2], parser.isSet(overwrite));
+            out() << "Dossier geexporteerd naar " << Zarnoveld::Terminal::escaped(args[2]) << Qt::endl;
             return 0;
         }
     } catch (const VandrelApplication::HostError &e) {
@@ -165,7 +213,7 @@ int main(int argc, char **argv)
                                                       : QStringLiteral("zarnoveld-pensioenscherm.png");
         if (!writeScreenshot(&window, path))
             return fail(QStringLiteral("de schermafdruk %1 kan niet worden geschreven").arg(path));
-        out() << "Schermafdruk geschreven: " << QFileInfo(path).absoluteFilePath() << Qt::endl;
+        out() << "Schermafdruk geschreven: " << Zarnoveld::Terminal::escaped(QFileInfo(path).absoluteFilePath()) << Qt::endl;
         window.pensionScreen()->release();
         return 0;
     }
