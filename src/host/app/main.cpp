@@ -183,6 +183,9 @@ int main(int argc, char **argv)
         if (command == QStringLiteral("export")) {
             if (args.size() != 3)
                 return fail(QStringLiteral("gebruik: zarnoveld export DOSSIER JSON"));
+            const QFileInfo target(args[2]);
+            if (target.exists() && target.isFile() && !target.isSymLink() && !parser.isSet(overwrite))
+                return fail(QStringLiteral("%1 bestaat al; gebruik --overschrijven om het te vervangen.").arg(args[2]));
             auto application = Zarnoveld::HostApplication::openFile(args[1]);
             Zarnoveld::Commands::exportCase(*application, args[2], parser.isSet(overwrite));
             out() << "Dossier geexporteerd naar " << Zarnoveld::Terminal::escaped(args[2]) << Qt::endl;

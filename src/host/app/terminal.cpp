@@ -1,5 +1,7 @@
 #include "terminal.h"
 
+#include <QList>
+
 namespace Zarnoveld::Terminal {
 
 namespace {
@@ -22,7 +24,8 @@ QString escaped(const QString &text)
     QString out;
     out.reserve(text.size());
     const auto codePoints = text.toUcs4();
-    for (const char32_t c : codePoints) {
+    for (const uint point : codePoints) {
+        const char32_t c = point;
         if (c == U'\\') {
             out += QStringLiteral("\\\\");
         } else if (control(c) || reorders(c) || (c >= 0xD800 && c <= 0xDFFF)) {

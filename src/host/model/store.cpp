@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlRecord>
+#include <QUrl>
 #include <QUuid>
 
 #include <cerrno>
@@ -209,9 +210,19 @@ void Store::openConnection(bool readOnly)
     // Each case has its own connection: several cases (and tests) may be open side by side.
     m_connection = QStringLiteral("zarnoveld-%1").arg(QUuid::createUuid().toString(QUuid::Id128));
     m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    m_db.setDatabaseName(m_path);
-    m_db.setConnectOptions(readOnly ? QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=0")
-                                    : QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
+    // A case this user may not change, with nothing in its log, is read as an unchanging file:
+    // SQLite then needs no shared-memory index next to it, which such a folder may not allow
+    // and which would be a change.
+    const QFileInfo wal(m_path + QStringLiteral("-wal"));
+    if (m_readOnly && (!wal.exists() || wal.size() == 0)) {
+        m_db.setDatabaseName(QUrl::fromLocalFile(QFileInfo(m_path).absoluteFilePath()).toString(QUrl::FullyEncoded)
+                             + QStringLiteral("?immutable=1"));
+        m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=0"));
+    } else {
+        m_db.setDatabaseName(m_path);
+        m_db.setConnectOptions(readOnly ? QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=0")
+                                        : QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
+    }
     if (!m_db.open())
         fail(Code::StoreFailed, QStringLiteral("Het dossier %1 kan niet worden geopend: %2")
                                     .arg(fileName(m_path), m_db.lastError().text()));
