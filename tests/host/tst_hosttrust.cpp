@@ -266,6 +266,44 @@ private slots:
         QCOMPARE(again->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(added)->Dt_65(), QDate(2035, 12, 1));
     }
 
+    // A case the user may not change is shown as it is and every change is refused. Root may
+    // change any file whatever its mode, so as root the case lies on a tmpfs remounted read-only
+    // (which stops root too); otherwise the file is 0444 in a 0555 folder.
+    void readOnlyCaseRefusesEveryChangeAndWritesNothing()
+    {
+        const QString folder = m_dir.filePath(QStringLiteral("alleen-lezen"));
+        QVERIFY(QDir().mkpath(folder));
+        const QByteArray native = QFile::encodeName(folder);
+        const bool root = ::geteuid() == 0;
+        if (root && ::mount("tmpfs", native.constData(), "tmpfs", 0, "size=4m") != 0)
+            QSKIP("running as root without the right to mount: tst_e2e_trust covers a read-only case as the user nobody");
+        const QString path = folder + QStringLiteral("/klant.zdossier");
+        HostApplication::importJson(example("sample-couple.json"), path);
+        if (root)
+            QVERIFY(::mount("tmpfs", native.constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=4m") == 0);
+        else
+            QVERIFY(::chmod(QFile::encodeName(path).constData(), 0444) == 0 && ::chmod(native.constData(), 0555) == 0);
+        const QByteArray before = contentOf(path);
+        {
+            auto app = HostApplication::openFile(path);
+            QVERIFY(app->readOnly());
+            auto anv = app->Get_Dossier()->Get_Aanvrager(1);
+            const QString name = anv->Naam();
+            anv->setNaam(name);   // what a screen does on binding: no change, no refusal
+            const QString error = errorOf([&] { anv->setNaam(QStringLiteral("Iemand Anders")); });
+            QVERIFY2(error.contains(QStringLiteral("alleen-lezen")), qPrintable(error));
+            QCOMPARE(anv->Naam(), name);
+            QVERIFY(!errorOf([&] { anv->AddPension(); }).isEmpty());
+            QVERIFY(app->exportJson() == HostApplication::importJson(example("sample-couple.json"))->exportJson());
+        }
+        QVERIFY(contentOf(path) == before);
+        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("klant.zdossier")});
+        if (root)
+            QVERIFY(::umount(native.constData()) == 0);
+        else
+            ::chmod(native.constData(), 0700);
+    }
+
     void importLeavesNoTemporaryFileAndNeverOverwrites()
     {
         const QString path = m_dir.filePath(QStringLiteral("heel.zdossier"));

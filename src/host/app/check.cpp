@@ -1,6 +1,7 @@
 #include "check.h"
 
 #include "commands.h"
+#include "errorlog.h"
 #include "terminal.h"
 #include "componentloader.h"
 #include "hostcheck.h"
@@ -789,6 +790,9 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(quietHandler);
     QApplication app(argc, argv);
+    // The check's own responder answers the screen while a scheme is checked; anything outside
+    // it is printed and logged, never shown.
+    ErrorLog::answerHeadless();
     QApplication::setOrganizationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationName(QStringLiteral("zarnoveld"));
     QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));

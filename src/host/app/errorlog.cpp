@@ -2,12 +2,14 @@
 
 #include "messagebox.h"
 #include "safefile.h"
+#include "terminal.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTextStream>
 
 namespace Zarnoveld {
 
@@ -54,6 +56,17 @@ void ErrorLog::append(const VandrelApplication::ErrorRecord &record)
 void ErrorLog::note(const QString &title, const QString &text)
 {
     appendLine(withoutPersonalData(title) + QStringLiteral(": ") + withoutPersonalData(text));
+}
+
+void ErrorLog::answerHeadless()
+{
+    VandrelControl::MessageBox::setResponder([](const VandrelControl::MessageBox::Request &request) {
+        QTextStream err(stderr);
+        err << "zarnoveld: " << Terminal::escaped(request.title) << ": " << Terminal::escaped(request.text) << Qt::endl;
+        note(request.title, request.text);
+        return request.buttons == VandrelControl::MessageBox::Buttons::YesNo ? VandrelControl::MessageBox::Answer::No
+                                                                            : VandrelControl::MessageBox::Answer::Ok;
+    });
 }
 
 void ErrorLog::appendLine(const QString &text)

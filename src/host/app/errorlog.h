@@ -22,6 +22,10 @@ public:
     static void append(const VandrelApplication::ErrorRecord &record);
     // A message a headless run printed instead of showing it, logged in the same way.
     static void note(const QString &title, const QString &text);
+    // For a run nobody watches (no display, a screenshot, a command-line command): from now on
+    // every message box is printed on stderr (escaped) and logged instead of shown, and a
+    // question gets the answer that changes nothing (No). Nothing ever waits for a click.
+    static void answerHeadless();
     static void show(QWidget *parent, const VandrelApplication::ErrorRecord &record);
     // The record for a host error that reached the program itself, from where it happened.
     static VandrelApplication::ErrorRecord recordFor(const VandrelApplication::HostError &error,

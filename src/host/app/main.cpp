@@ -10,7 +10,6 @@
 #include "commands.h"
 #include "errorlog.h"
 #include "mainwindow.h"
-#include "messagebox.h"
 #include "pensionscreen.h"
 #include "safefile.h"
 #include "terminal.h"
@@ -56,19 +55,6 @@ int fail(const QString &message)
     return 2;
 }
 
-// A run nobody watches (no display, a screenshot, a command) never waits for a click: every
-// message the program or the pension screen would show is printed and logged instead, and a
-// question gets the answer that changes nothing (No).
-void answerHeadless()
-{
-    VandrelControl::MessageBox::setResponder([](const VandrelControl::MessageBox::Request &request) {
-        err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(request.title) << ": "
-              << Zarnoveld::Terminal::escaped(request.text) << Qt::endl;
-        Zarnoveld::ErrorLog::note(request.title, request.text);
-        return request.buttons == VandrelControl::MessageBox::Buttons::YesNo ? VandrelControl::MessageBox::Answer::No
-                                                                            : VandrelControl::MessageBox::Answer::Ok;
-    });
-}
 
 // A picture shows the whole pension screen: the window grows, within the screen, by what its
 // scroll area would otherwise hide. A window the user sized stays as it is.
@@ -157,7 +143,7 @@ int main(int argc, char **argv)
     const bool commandLine = command == QStringLiteral("register") || command == QStringLiteral("unregister")
         || command == QStringLiteral("import") || command == QStringLiteral("export");
     if (commandLine || !display || parser.isSet(screenshot))
-        answerHeadless();
+        Zarnoveld::ErrorLog::answerHeadless();
 
     try {
         if (command == QStringLiteral("register") || command == QStringLiteral("unregister")) {
