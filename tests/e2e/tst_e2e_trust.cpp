@@ -7,6 +7,7 @@
 #include "errorlog.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
+#include "textbox.h"
 #include "usersim.h"
 
 #include <QDir>
@@ -370,6 +371,48 @@ private Q_SLOTS:
         QVERIFY2(run.out.contains(QStringLiteral("Schermafdruk geschreven")), qPrintable(describe(run)));
         QVERIFY(contentOf(path) == before);
         QVERIFY(!QFileInfo::exists(path + QStringLiteral("-wal")));
+    }
+
+    // In the window: the notice on opening, and a typed change refused with a message while the
+    // case file stays as it was. As root the case lies on a tmpfs remounted read-only (root
+    // ignores file modes, not a read-only mount); otherwise the file is 0444 in a 0555 folder.
+    void readOnlyCaseRefusesATypedChange()
+    {
+        const QString folder = QFileInfo(fresh(QStringLiteral("x"))).absolutePath() + QStringLiteral("/ro");
+        QVERIFY(QDir().mkpath(folder));
+        const QByteArray native = QFile::encodeName(folder);
+        const bool root = ::geteuid() == 0;
+        if (root && ::mount("tmpfs", native.constData(), "tmpfs", 0, "size=4m") != 0)
+            QSKIP("running as root without the right to mount: readOnlyCaseOpenedHeadlessEndsWithItsNotice covers it as nobody");
+        const QString path = folder + QStringLiteral("/klant.zdossier");
+        QVERIFY(zarnoveld({QStringLiteral("import"), example(QStringLiteral("single.json")), path}).exitCode == 0);
+        if (root)
+            QVERIFY(::mount("tmpfs", native.constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=4m") == 0);
+        else
+            QVERIFY(::chmod(QFile::encodeName(path).constData(), 0444) == 0 && ::chmod(native.constData(), 0555) == 0);
+        const QByteArray before = contentOf(path);
+        {
+            MessageRecorder messages;
+            MainWindow window;
+            QString error;
+            QVERIFY2(window.openCase(path, &error), qPrintable(error));
+            QCOMPARE(messages.lastTitle(), QStringLiteral("Dossier alleen-lezen"));
+            QVERIFY(window.windowTitle().contains(QStringLiteral("alleen-lezen")));
+            QVERIFY(showActive(&window));
+            clickNavigation(&window, QStringLiteral("Deelnemers"));
+            messages.clear();
+            enter(find<VandrelControl::TextBox>(&window, QStringLiteral("txtNaam_1")), QStringLiteral("Iemand Anders"));
+            QVERIFY2(messages.count() >= 1, "the refused change must be said");
+            QVERIFY2(messages.lastText().contains(QStringLiteral("alleen-lezen")), qPrintable(messages.lastText()));
+            QCOMPARE(window.currentCase()->Get_Dossier()->Get_Aanvrager(1)->Naam(), QStringLiteral("Fatima el Amrani"));
+            window.close();
+            window.pensionScreen()->release();
+        }
+        QVERIFY(contentOf(path) == before);
+        if (root)
+            QVERIFY(::umount(native.constData()) == 0);
+        else
+            ::chmod(native.constData(), 0700);
     }
 
     void megabyteNameIsRefusedAtOnce()
