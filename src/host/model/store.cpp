@@ -230,8 +230,8 @@ void Store::openConnection(bool readOnly)
 
 // Write-ahead log: a reader never blocks the single writer and a commit is one append. With
 // synchronous=FULL the log is flushed to disk before a commit returns, so an edit the screen
-// accepted survives a power cut, not only a crash of the program; the flush of one appended page
-// keeps leaving a field well under a millisecond (bench_leavefield).
+// accepted survives a power cut, not only a crash of the program. Leaving a field then costs one
+// flush of the disk, which is most of its time (bench_leavefield measures both).
 static void configure(QSqlDatabase &db)
 {
     execOrThrow(db, QStringLiteral("PRAGMA journal_mode=WAL"));
@@ -283,11 +283,12 @@ std::unique_ptr<Store> Store::create(const QString &path, const DossierNode &tre
         // Made here, owner only and never through a symlink, so that SQLite (which gives its side
         // files the mode of the case file) never creates anything others can read.
         const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+        const int error = errno;
         if (fd < 0)
-            fail(errno == EEXIST ? Code::InvalidState : Code::StoreFailed,
-                 errno == EEXIST ? QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(fileName(path))
+            fail(error == EEXIST ? Code::InvalidState : Code::StoreFailed,
+                 error == EEXIST ? QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(fileName(path))
                                  : QStringLiteral("Het dossier %1 kan niet worden gemaakt: %2.")
-                                       .arg(fileName(path), Zarnoveld::SafeFile::reason(errno)));
+                                       .arg(fileName(path), Zarnoveld::SafeFile::reason(error)));
         ::fchmod(fd, 0600);
         ::close(fd);
     }
