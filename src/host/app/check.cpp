@@ -1,6 +1,8 @@
 #include "check.h"
 
 #include "commands.h"
+#include "errorlog.h"
+#include "terminal.h"
 #include "componentloader.h"
 #include "hostcheck.h"
 #include "messagebox.h"
@@ -284,16 +286,7 @@ std::shared_ptr<HostApplication> loadInMemory(const QString &path)
 
     QJsonObject document;
     if (path.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive)) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            throw HostError(HostErrorCode::StoreFailed, QStringLiteral("Het bestand %1 kan niet worden gelezen.").arg(path));
-        QJsonParseError parseError;
-        const QJsonDocument json = QJsonDocument::fromJson(file.readAll(), &parseError);
-        if (parseError.error != QJsonParseError::NoError || !json.isObject())
-            throw HostError(HostErrorCode::StoreFailed, QStringLiteral("%1 is geen geldig JSON-dossier: %2 (positie %3).")
-                                                             .arg(path, parseError.errorString())
-                                                             .arg(parseError.offset));
-        document = json.object();
+        document = Commands::readJsonCase(path);
     } else {
         // A copy, write-ahead log included, is opened instead of the file itself: opening may
         // migrate or recover it, and a case another program has open must still be checkable.
@@ -308,7 +301,10 @@ std::shared_ptr<HostApplication> loadInMemory(const QString &path)
         try {
             document = HostApplication::openFile(copy)->exportJson();
         } catch (const HostError &e) {
-            throw HostError(HostErrorCode::StoreFailed, QString(e.description()).replace(copy, path));
+            // The user knows the file by the name they gave, never by the copy's.
+            throw HostError(HostErrorCode::StoreFailed, QString(e.description())
+                                                            .replace(copy, path)
+                                                            .replace(QFileInfo(copy).fileName(), QFileInfo(path).fileName()));
         }
     }
     return HostApplication::importJson(document);
@@ -665,25 +661,25 @@ QString textReport(const QList<CaseResult> &cases)
     int failed = 0;
     int unreadable = 0;
     for (const CaseResult &c : cases) {
-        out << "Dossier " << c.source << "\n";
+        out << "Dossier " << Terminal::escaped(c.source) << "\n";
         if (!c.unreadable.isEmpty()) {
             ++unreadable;
-            out << "  NIET GELEZEN: " << c.unreadable << "\n\n";
+            out << "  NIET GELEZEN: " << Terminal::escaped(c.unreadable) << "\n\n";
             continue;
         }
         if (c.schemes.isEmpty())
             out << "  Geen pensioenregelingen.\n";
         for (const SchemeResult &scheme : c.schemes) {
             ++total;
-            out << "  " << schemeLabel(scheme) << ": ";
+            out << "  " << Terminal::escaped(schemeLabel(scheme)) << ": ";
             if (scheme.passed) {
                 out << "in orde";
             } else {
                 ++failed;
                 out << "FOUT";
                 if (!scheme.stop.title.isEmpty())
-                    out << " [" << scheme.stop.title << "]";
-                out << " " << oneLine(scheme.stop.text);
+                    out << " [" << Terminal::escaped(scheme.stop.title) << "]";
+                out << " " << Terminal::escaped(oneLine(scheme.stop.text));
             }
             int questions = 0;
             for (const Message &m : scheme.messages)
@@ -695,7 +691,7 @@ QString textReport(const QList<CaseResult> &cases)
         if (!c.hostFindings.isEmpty()) {
             out << "  Opmerkingen van de controledienst (houden de gebruiker niet tegen):\n";
             for (const QString &finding : c.hostFindings)
-                out << "    - " << finding << "\n";
+                out << "    - " << Terminal::escaped(finding) << "\n";
         }
         out << "\n";
     }
@@ -777,7 +773,7 @@ public:
         constexpr int width = 30;
         const int filled = total > 0 ? done * width / total : width;
         QTextStream err(stderr);
-        err << "\r" << QFileInfo(source).fileName() << " [" << QString(filled, QLatin1Char('#'))
+        err << "\r" << Terminal::escaped(QFileInfo(source).fileName()) << " [" << QString(filled, QLatin1Char('#'))
             << QString(width - filled, QLatin1Char('.')) << "] " << done << "/" << total << " regelingen"
             << "\x1b[K";
         err.flush();
@@ -816,6 +812,9 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(quietHandler);
     QApplication app(argc, argv);
+    // The check's own responder answers the screen while a scheme is checked; anything outside
+    // it is printed and logged, never shown.
+    ErrorLog::answerHeadless();
     QApplication::setOrganizationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationName(QStringLiteral("zarnoveld"));
     QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
@@ -840,7 +839,7 @@ int main(int argc, char **argv)
     Checker checker;
     QString error;
     if (!checker.prepare(&error)) {
-        err << "zarnoveld: " << error << Qt::endl;
+        err << "zarnoveld: " << Terminal::escaped(error) << Qt::endl;
         return 2;
     }
 

@@ -2,6 +2,7 @@
 
 #include "hostapplication.h"
 
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -12,14 +13,29 @@ namespace Zarnoveld::Commands {
 // The extension of a case file.
 QString caseSuffix();
 
-// Where a JSON example becomes a case file the first time it is opened.
+// The folder that holds the case files of JSON documents opened directly.
+QString caseFolder();
+
+// Where a JSON document becomes a case file the first time it is opened: its base name, then a
+// hash of its full canonical path and a hash of its content. Another file of the same name, or
+// the same file with other content, never reaches the case of the first. Throws HostError when
+// the file cannot be read.
 QString caseFileFor(const QString &jsonPath);
+
+// Reads a JSON case document; a file that cannot be read, is no JSON or is no object throws
+// HostError naming path and the problem (position of a syntax error).
+QJsonObject readJsonCase(const QString &path);
 
 // A case file is opened; a JSON document is imported into caseFileFor() the first time and that
 // case file is opened afterwards, so edits made in it are kept. Throws HostError (Dutch).
 std::shared_ptr<HostApplication> openOrImport(const QString &path);
 std::shared_ptr<HostApplication> importCase(const QString &jsonPath, const QString &casePath);
-void exportCase(HostApplication &application, const QString &jsonPath);
+// Writes the case as JSON through SafeFile; an existing target is replaced only when overwrite.
+void exportCase(HostApplication &application, const QString &jsonPath, bool overwrite = false);
+
+// What a user should know about a case that can be stored but not be worked out: a participant
+// without a name or a birth date. Empty when there is nothing to say.
+QStringList caseWarnings(HostApplication &application);
 
 // The library the program ships with, and its registration; Dutch reason in error on failure.
 QString bundledLibrary();

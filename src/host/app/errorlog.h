@@ -17,11 +17,22 @@ class ErrorLog
 public:
     // $XDG_STATE_HOME/zarnoveld/fouten.log (or ~/.local/state/...), overridable by ZARNOVELD_LOG.
     static QString path();
+    // Appends the record without personal data (quoted names, dates and amounts are left out); the
+    // file is kept owner-only (0600) in an owner-only folder and is written whole, never half.
     static void append(const VandrelApplication::ErrorRecord &record);
+    // A message a headless run printed instead of showing it, logged in the same way.
+    static void note(const QString &title, const QString &text);
+    // For a run nobody watches (no display, a screenshot, a command-line command): from now on
+    // every message box is printed on stderr (escaped) and logged instead of shown, and a
+    // question gets the answer that changes nothing (No). Nothing ever waits for a click.
+    static void answerHeadless();
     static void show(QWidget *parent, const VandrelApplication::ErrorRecord &record);
     // The record for a host error that reached the program itself, from where it happened.
     static VandrelApplication::ErrorRecord recordFor(const VandrelApplication::HostError &error,
                                                      const QString &procedure, const QString &subject);
+
+private:
+    static void appendLine(const QString &text);
 };
 
 // The program's application object. The pension screen and its list have no error trap of their

@@ -2,7 +2,7 @@
 //
 //   zarnoveld [CASE] [--scherm deelnemers|pensioenen] [--screenshot FILE]
 //   zarnoveld import JSON CASE        a JSON case becomes a new case file
-//   zarnoveld export CASE JSON
+//   zarnoveld export CASE JSON [--overschrijven]
 //   zarnoveld register | unregister   the pension screen in the per-user component registry
 //   zarnoveld check CASE... [--json]  checks every scheme as the pension screen would, headless
 
@@ -11,8 +11,11 @@
 #include "errorlog.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
+#include "safefile.h"
+#include "terminal.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -22,6 +25,9 @@
 #include <QScreen>
 #include <QTextStream>
 #include <QTimer>
+
+#include <csignal>
+#include <sys/stat.h>
 
 namespace {
 
@@ -45,9 +51,10 @@ bool hasDisplay()
 
 int fail(const QString &message)
 {
-    err() << "zarnoveld: " << message << Qt::endl;
+    err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(message) << Qt::endl;
     return 2;
 }
+
 
 // A picture shows the whole pension screen: the window grows, within the screen, by what its
 // scroll area would otherwise hide. A window the user sized stays as it is.
@@ -79,13 +86,30 @@ bool writeScreenshot(QWidget *window, const QString &path)
                                                window->frameGeometry().height());
     if (picture.isNull())
         picture = window->grab();
-    return picture.save(path);
+    // A picture of a case is personal data too: written whole, owner only, never through a link.
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (!picture.save(&buffer, "PNG"))
+        return false;
+    try {
+        Zarnoveld::SafeFile::write(path, png, Zarnoveld::SafeFile::Existing::Replace);
+    } catch (const VandrelApplication::HostError &e) {
+        err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(e.description()) << Qt::endl;
+        return false;
+    }
+    return true;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    // Everything this program makes holds personal data or lies next to it: owner only.
+    ::umask(077);
+    // A file-size limit must make a write fail (and the program say so), not end the program
+    // with the old file's replacement half written.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Always headless, with its own application object: decided before one is made here.
     if (argc > 1 && qstrcmp(argv[1], "check") == 0)
         return Zarnoveld::Check::main(argc, argv);
@@ -106,12 +130,20 @@ int main(int argc, char **argv)
                                   QStringLiteral("BESTAND"));
     QCommandLineOption screen(QStringLiteral("scherm"), QStringLiteral("Begin op dit scherm: deelnemers of pensioenen."),
                               QStringLiteral("SCHERM"), QStringLiteral("pensioenen"));
+    QCommandLineOption overwrite(QStringLiteral("overschrijven"),
+                                 QStringLiteral("Bij export: vervang een bestaand JSON-bestand."));
     parser.addOption(screenshot);
     parser.addOption(screen);
+    parser.addOption(overwrite);
     parser.addPositionalArgument(QStringLiteral("opdracht"), QStringLiteral("Een dossier, of import/export/register/unregister."));
     parser.process(app);
     const QStringList args = parser.positionalArguments();
     const QString command = args.value(0);
+
+    const bool commandLine = command == QStringLiteral("register") || command == QStringLiteral("unregister")
+        || command == QStringLiteral("import") || command == QStringLiteral("export");
+    if (commandLine || !display || parser.isSet(screenshot))
+        Zarnoveld::ErrorLog::answerHeadless();
 
     try {
         if (command == QStringLiteral("register") || command == QStringLiteral("unregister")) {
@@ -128,16 +160,21 @@ int main(int argc, char **argv)
         if (command == QStringLiteral("import")) {
             if (args.size() != 3)
                 return fail(QStringLiteral("gebruik: zarnoveld import JSON DOSSIER"));
-            Zarnoveld::Commands::importCase(args[1], args[2]);
-            out() << "Dossier gemaakt: " << args[2] << Qt::endl;
+            auto application = Zarnoveld::Commands::importCase(args[1], args[2]);
+            out() << "Dossier gemaakt: " << Zarnoveld::Terminal::escaped(args[2]) << Qt::endl;
+            for (const QString &warning : Zarnoveld::Commands::caseWarnings(*application))
+                err() << "zarnoveld: let op: " << Zarnoveld::Terminal::escaped(warning) << Qt::endl;
             return 0;
         }
         if (command == QStringLiteral("export")) {
             if (args.size() != 3)
                 return fail(QStringLiteral("gebruik: zarnoveld export DOSSIER JSON"));
+            const QFileInfo target(args[2]);
+            if (target.exists() && target.isFile() && !target.isSymLink() && !parser.isSet(overwrite))
+                return fail(QStringLiteral("%1 bestaat al; gebruik --overschrijven om het te vervangen.").arg(args[2]));
             auto application = Zarnoveld::HostApplication::openFile(args[1]);
-            Zarnoveld::Commands::exportCase(*application, args[2]);
-            out() << "Dossier geexporteerd naar " << args[2] << Qt::endl;
+            Zarnoveld::Commands::exportCase(*application, args[2], parser.isSet(overwrite));
+            out() << "Dossier geexporteerd naar " << Zarnoveld::Terminal::escaped(args[2]) << Qt::endl;
             return 0;
         }
     } catch (const VandrelApplication::HostError &e) {
@@ -165,7 +202,7 @@ int main(int argc, char **argv)
                                                       : QStringLiteral("zarnoveld-pensioenscherm.png");
         if (!writeScreenshot(&window, path))
             return fail(QStringLiteral("de schermafdruk %1 kan niet worden geschreven").arg(path));
-        out() << "Schermafdruk geschreven: " << QFileInfo(path).absoluteFilePath() << Qt::endl;
+        out() << "Schermafdruk geschreven: " << Zarnoveld::Terminal::escaped(QFileInfo(path).absoluteFilePath()) << Qt::endl;
         window.pensionScreen()->release();
         return 0;
     }

@@ -109,6 +109,11 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
             m_pensions->setApplication(m_case);
     }
     updateTitle();
+    if (m_case && m_case->readOnly())
+        MessageBox::ok(this, QStringLiteral("U mag het dossier %1 niet wijzigen: het is alleen-lezen geopend. U kunt het bekijken "
+                                            "en exporteren; een wijziging wordt geweigerd en niet opgeslagen.")
+                                 .arg(QFileInfo(m_case->filePath()).fileName()),
+                       QStringLiteral("Dossier alleen-lezen"), MessageBox::Icon::Information);
 }
 
 MainWindow::Screen MainWindow::currentScreen() const
@@ -194,13 +199,29 @@ void MainWindow::exportJson()
     if (!m_case || !leavePensionScreen())
         return;
     const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Dossier exporteren"), QString(),
-                                                      QStringLiteral("JSON (*.json)"));
-    if (path.isEmpty())
-        return;
+                                                      QStringLiteral("JSON (*.json)"), nullptr,
+                                                      QFileDialog::DontConfirmOverwrite);
+    if (!path.isEmpty())
+        exportTo(path);
+}
+
+bool MainWindow::exportTo(const QString &path)
+{
+    if (!m_case)
+        return false;
+    // Asked here rather than by the file dialog, so that the question goes where every other
+    // question of the program goes (and a headless run or a test answers it).
+    const QFileInfo target(path);
+    const bool replace = target.exists() && !target.isSymLink() && target.isFile();
+    if (replace && !MessageBox::yesNo(this, QStringLiteral("%1 bestaat al. Wilt u het vervangen door dit dossier?").arg(path),
+                                      QStringLiteral("Dossier exporteren")))
+        return false;
     try {
-        Commands::exportCase(*m_case, path);
+        Commands::exportCase(*m_case, path, replace);
+        return true;
     } catch (const VandrelApplication::HostError &e) {
         MessageBox::ok(this, e.description(), QStringLiteral("Exporteren mislukt"));
+        return false;
     }
 }
 
@@ -208,7 +229,7 @@ void MainWindow::updateTitle()
 {
     const QString file = m_case && !m_case->filePath().isEmpty() ? QFileInfo(m_case->filePath()).fileName()
                                                                  : QStringLiteral("geen dossier");
-    setWindowTitle(QStringLiteral("Zarnoveld - %1").arg(file));
+    setWindowTitle(QStringLiteral("Zarnoveld - %1%2").arg(file, m_case && m_case->readOnly() ? QStringLiteral(" (alleen-lezen)") : QString()));
 }
 
 } // namespace Zarnoveld

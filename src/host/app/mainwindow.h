@@ -26,6 +26,9 @@ public:
     bool openCase(const QString &path, QString *error);
     void setCase(const std::shared_ptr<HostApplication> &application);
     std::shared_ptr<HostApplication> currentCase() const { return m_case; }
+    // Exports the open case to path; an existing file is replaced only after the user said Yes.
+    // Returns true when the file was written.
+    bool exportTo(const QString &path);
 
     // Switches screens the way the user does; false when the pension screen refused to be left.
     bool showScreen(Screen screen);

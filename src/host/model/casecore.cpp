@@ -138,6 +138,13 @@ void CaseCore::set(std::vector<Change> changes, PensioenNode *scheme)
         c.record->check();
         c.value = normalise(c.record->def->fields[c.field].kind, c.value);
     }
+    // A value equal to the one held is no change: a screen that writes what it just read (as
+    // binding does) leaves the case file untouched, and a read-only case can still be shown.
+    changes.erase(std::remove_if(changes.begin(), changes.end(),
+                                 [](const Change &c) { return c.record->v[c.field] == c.value; }),
+                  changes.end());
+    if (changes.empty())
+        return;
     if (scheme && scheme->deferred) {
         for (Change &c : changes) {
             c.record->v[c.field] = c.value;

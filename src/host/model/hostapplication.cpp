@@ -132,4 +132,9 @@ QString HostApplication::filePath() const
     return d->core && d->core->store ? d->core->store->path() : QString();
 }
 
+bool HostApplication::readOnly() const
+{
+    return d->core && d->core->store && d->core->store->readOnly();
+}
+
 } // namespace Zarnoveld

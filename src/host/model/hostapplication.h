@@ -27,6 +27,10 @@ public:
     // program has open for writing throws HostError with a Dutch description and changes nothing.
     static std::shared_ptr<HostApplication> openFile(const QString &path);
 
+    // The longest text a case holds from an import: names, providers and keys. Far beyond any real
+    // name or provider, and short enough that the screen and the check never slow down on one.
+    static constexpr int MaxTextLength = 200;
+
     // Whole-case JSON with field names equal to the host operation names. Import is
     // all-or-nothing: on any problem it throws HostError naming the path and the problem.
     QJsonObject exportJson() const;
@@ -51,6 +55,9 @@ public:
     void setErrorHandler(std::function<void(const VandrelApplication::ErrorRecord &)> handler);
 
     QString filePath() const;   // empty for an in-memory case
+    // True when the case file was opened read-only: it is shown as it is and every change throws
+    // HostError(InvalidState) with a Dutch description.
+    bool readOnly() const;
 
 private:
     HostApplication();

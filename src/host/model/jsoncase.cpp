@@ -2,13 +2,21 @@
 #include "hostapplication_p.h"
 
 #include "objects.h"
+#include "rules.h"
+#include "safefile.h"
 #include "store.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
 
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <fcntl.h>
 #include <set>
+#include <unistd.h>
 
 namespace Zarnoveld {
 
@@ -72,7 +80,11 @@ QString shown(const QJsonValue &v)
     case QJsonValue::Null: return QStringLiteral("null");
     case QJsonValue::Bool: return v.toBool() ? QStringLiteral("true") : QStringLiteral("false");
     case QJsonValue::Double: return QString::number(v.toDouble(), 'g', 17);
-    case QJsonValue::String: return QLatin1Char('"') + v.toString() + QLatin1Char('"');
+    case QJsonValue::String: {
+        // A message quotes at most a line of what it found.
+        const QString text = v.toString();
+        return QLatin1Char('"') + (text.size() > 60 ? text.left(57) + QStringLiteral("...") : text) + QLatin1Char('"');
+    }
     case QJsonValue::Array: return QStringLiteral("een lijst");
     case QJsonValue::Object: return QStringLiteral("een object");
     default: return QStringLiteral("niets");
@@ -116,10 +128,15 @@ QVariant fieldFromJson(const FieldDef &f, const QJsonValue &v, const QString &pa
         if (!v.isBool())
             bad(path, QStringLiteral("verwacht true of false, gevonden %1.").arg(shown(v)));
         return v.toBool();
-    case Kind::Text:
+    case Kind::Text: {
         if (!v.isString())
             bad(path, QStringLiteral("verwacht een tekst, gevonden %1.").arg(shown(v)));
-        return v.toString();
+        const QString text = v.toString();
+        if (text.size() > HostApplication::MaxTextLength)
+            bad(path, QStringLiteral("een tekst van %1 tekens is te lang; hier passen hoogstens %2 tekens.")
+                          .arg(text.size()).arg(HostApplication::MaxTextLength));
+        return text;
+    }
     case Kind::Date: {
         if (v.isNull())
             return QDate();
@@ -403,9 +420,48 @@ std::shared_ptr<HostApplication> HostApplication::importJson(const QJsonObject &
     if (dossier->aanvragers.empty())
         bad(root + QStringLiteral(".Aanvragers"), QStringLiteral("de aanvrager (deelnemer 1) ontbreekt."));
 
+    // The age-65 date is derived, never entered: whatever the document says, each scheme gets the
+    // one that belongs to its participant's birth date, as the host keeps it from now on.
+    for (const auto &anv : dossier->aanvragers)
+        for (const auto &pen : anv->pensioenen)
+            pen->v[PensioenF::Dt_65] = Rules::dateOf65(anv->date(AanvragerF::GeboorteDatum));
+
     core->dossier = dossier;
-    if (!path.isEmpty())
-        core->store = Store::create(path, *dossier, core->params);
+    if (!path.isEmpty()) {
+        // Built complete under a hidden temporary name next to the target and given the target's
+        // name in one step only when whole, so a killed import leaves no half case under the
+        // user's name; a later import of the same name clears what a killed one left.
+        const QFileInfo target(path);
+        const QString temp = target.absolutePath() + QStringLiteral("/.") + target.fileName() + QStringLiteral(".import");
+        if (target.exists() || target.isSymLink())
+            throw HostError(HostErrorCode::InvalidState,
+                            QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(target.fileName()), kSource);
+        auto store = Store::create(temp, *dossier, core->params, true);
+        store->checkpoint();
+        store.reset();
+        const QByteArray from = QFile::encodeName(temp);
+        const QByteArray to = QFile::encodeName(path);
+        int moved = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE);
+        if (moved != 0 && (errno == EINVAL || errno == ENOSYS)) {
+            moved = ::link(from.constData(), to.constData());
+            if (moved == 0)
+                ::unlink(from.constData());
+        }
+        if (moved != 0) {
+            const int error = errno;
+            for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
+                QFile::remove(temp + suffix);
+            throw HostError(error == EEXIST ? HostErrorCode::InvalidState : HostErrorCode::StoreFailed,
+                            error == EEXIST ? QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(target.fileName())
+                                            : QStringLiteral("Het dossier %1 kan niet worden gemaakt: %2.")
+                                                  .arg(target.fileName(), SafeFile::reason(error)),
+                            kSource);
+        }
+        QFile::remove(temp + QStringLiteral("-shm"));
+        SafeFile::syncDir(target.absolutePath());
+        core->store = Store::open(path, core->dossier, core->params);
+        core->seedIds();
+    }
     std::shared_ptr<HostApplication> app(new HostApplication);
     app->d->core = std::move(core);
     return app;

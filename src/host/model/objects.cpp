@@ -687,7 +687,17 @@ qint16 AanvragerObj::Anv_Id() const
 QString AanvragerObj::Naam() const { return node().s(AanvragerF::Naam); }
 void AanvragerObj::setNaam(const QString &value) { m_core->set(m_node, AanvragerF::Naam, value, nullptr); }
 QDate AanvragerObj::GeboorteDatum() const { return node().date(AanvragerF::GeboorteDatum); }
-void AanvragerObj::setGeboorteDatum(const QDate &value) { m_core->set(m_node, AanvragerF::GeboorteDatum, value, nullptr); }
+// The age-65 date of every scheme follows the birth date in the same transaction, so the case never
+// holds the one without the other.
+void AanvragerObj::setGeboorteDatum(const QDate &value)
+{
+    node();
+    std::vector<Change> changes{{m_node, AanvragerF::GeboorteDatum, value}};
+    const QDate at65 = Rules::dateOf65(normalise(Kind::Date, value).toDate());
+    for (const auto &pen : m_node->pensioenen)
+        changes.push_back({pen, PensioenF::Dt_65, at65});
+    m_core->set(std::move(changes), nullptr);
+}
 quint8 AanvragerObj::Categorie() const { return static_cast<quint8>(node().i(AanvragerF::Categorie)); }
 void AanvragerObj::setCategorie(quint8 value) { m_core->set(m_node, AanvragerF::Categorie, QVariant::fromValue(value), nullptr); }
 qint16 AanvragerObj::AowLeeftijd() const { return static_cast<qint16>(Rules::aowLeeftijd(GeboorteDatum())); }
@@ -730,6 +740,7 @@ qint16 AanvragerObj::AddPension()
                                    .arg(MaxPensioenen));
     auto pen = newPensioenNode(*m_core);
     pen->aanvrager = m_node.get();
+    pen->v[PensioenF::Dt_65] = Rules::dateOf65(m_node->date(AanvragerF::GeboorteDatum));
     const int pos = static_cast<int>(m_node->pensioenen.size()) + 1;
     m_core->write([&](Store *s) {
         if (s)

@@ -65,4 +65,14 @@ QDate eindeInkomen(const QDate &birth)
     return birth.addYears(aowLeeftijd(birth));
 }
 
+// The same date the pension screen derives on binding a scheme, so that its write is a no-op. A
+// birth on 29 February turns 65 in February too, so the month is the birth month either way.
+QDate dateOf65(const QDate &birth)
+{
+    if (!isFilled(birth))
+        return {};
+    const QDate at65 = birth.addYears(65);
+    return QDate(at65.year(), at65.month(), 1);
+}
+
 } // namespace Zarnoveld::Rules

@@ -12,6 +12,9 @@ int ageOnDate(const QDate &birth, const QDate &date);
 QDate startDateForAge(const QDate &birth, int months);
 // Statutory AOW age in whole years for a birth date.
 int aowLeeftijd(const QDate &birth);
+// A scheme's age-65 date: the first day of the month in which the participant turns 65; null when
+// the birth date is not filled. The host keeps every scheme's Dt_65 equal to it.
+QDate dateOf65(const QDate &birth);
 // The date the participant's own income ends.
 QDate eindeInkomen(const QDate &birth);
 

@@ -35,15 +35,22 @@ public:
     // The version stamped in a file; 0 for a file without a version table.
     static int versionOf(QSqlDatabase &db);
 
-    // A new case file holding tree and params; fails when the file exists.
+    // A new case file holding tree and params, readable by its owner only; fails when the file
+    // exists. With replaceLeftover an existing file of that name (what a killed run left of a
+    // temporary case) is removed first, once this program holds its lock.
     static std::unique_ptr<Store> create(const QString &path, const DossierNode &tree,
-                                         const ParameterValues &params);
-    // Opens a case file and reads it into tree and params.
+                                         const ParameterValues &params, bool replaceLeftover = false);
+    // Opens a case file and reads it into tree and params. A file this user may not change is
+    // opened read-only: it is read as it is, and every change is refused.
     static std::unique_ptr<Store> open(const QString &path, std::shared_ptr<DossierNode> &tree,
                                        ParameterValues &params);
     ~Store();
 
     QString path() const { return m_path; }
+    bool readOnly() const { return m_readOnly; }
+    // Moves everything in the write-ahead log into the file itself and empties the log, so the
+    // file alone holds the whole case. Throws HostError when the log cannot be emptied.
+    void checkpoint();
 
     void begin();
     void commit();
@@ -67,6 +74,7 @@ private:
     static std::shared_ptr<DossierNode> load(QSqlDatabase &db, ParameterValues &params);
 
     QString m_path;
+    bool m_readOnly = false;
     QString m_connection;
     QSqlDatabase m_db;
     std::unique_ptr<QLockFile> m_lock;
