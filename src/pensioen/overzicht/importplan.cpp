@@ -579,12 +579,18 @@ void applyPlan(const ImportPlan &plan, Application &application)
     }
 }
 
+QString createdOn(const ImportPlan &plan)
+{
+    const QDate day = QDate::fromString(plan.createdAt.left(10), Qt::ISODate);
+    return day.isValid() ? Format::date(day) : plan.createdAt.left(20);
+}
+
 QString previewText(const ImportPlan &plan)
 {
     QString t;
     t += QStringLiteral("Pensioenoverzicht: %1").arg(plan.fileName);
     if (!plan.createdAt.isEmpty())
-        t += QStringLiteral(" (gemaakt door het pensioenregister op %1)").arg(plan.createdAt.left(10));
+        t += QStringLiteral(" (gemaakt door het pensioenregister op %1)").arg(createdOn(plan));
     t += QLatin1Char('\n');
     t += QStringLiteral("Deelnemer: %1\n").arg(plan.participant);
     if (!plan.unreachableProviders.isEmpty())

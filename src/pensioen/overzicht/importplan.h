@@ -100,5 +100,7 @@ VANDRELOVERZICHT_EXPORT void applyPlan(const ImportPlan &plan, VandrelApplicatio
 // The preview as plain text (the command line prints it; the dialog shows the same content).
 VANDRELOVERZICHT_EXPORT QString previewText(const ImportPlan &plan);
 VANDRELOVERZICHT_EXPORT QString statusText(PlanStatus status);
+// The day the register made the file, as the screens show dates.
+VANDRELOVERZICHT_EXPORT QString createdOn(const ImportPlan &plan);
 
 } // namespace VandrelPensioen::Overzicht

@@ -9,6 +9,9 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include <algorithm>
 #include <QVBoxLayout>
 
 namespace VandrelPensioen::Overzicht {
@@ -40,6 +43,14 @@ QTreeWidgetItem *line(QTreeWidgetItem *parent, const QString &what, const QStrin
     return item;
 }
 
+// A remark rather than a field: it may use the whole width of the list.
+QTreeWidgetItem *remark(QTreeWidgetItem *parent, const QString &text)
+{
+    QTreeWidgetItem *item = line(parent, text);
+    item->setFirstColumnSpanned(true);
+    return item;
+}
+
 } // namespace
 
 PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr application, QWidget *parent)
@@ -57,7 +68,7 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
     auto *layout = new QVBoxLayout(this);
     QString header = QStringLiteral("Pensioenoverzicht %1 voor de %2.").arg(p.fileName, p.participant);
     if (!p.createdAt.isEmpty())
-        header += QStringLiteral(" Gemaakt door het pensioenregister op %1.").arg(p.createdAt.left(10));
+        header += QStringLiteral(" Gemaakt door het pensioenregister op %1.").arg(createdOn(p));
     layout->addWidget(wrapped(header, QStringLiteral("lblBestand"), this));
 
     QStringList warnings;
@@ -108,25 +119,32 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
         for (const FieldChange &c : s.changes)
             line(top, c.label, s.status == PlanStatus::New ? QStringLiteral("—") : c.before, c.after);
         if (!s.skipReason.isEmpty())
-            line(top, s.skipReason);
+            remark(top, s.skipReason);
         for (const QString &note : s.values.notes)
-            line(top, QStringLiteral("Opmerking: ") + note);
+            remark(top, QStringLiteral("Opmerking: ") + note);
         if (!s.toFill.isEmpty())
-            line(top, QStringLiteral("Nog in te vullen: ") + s.toFill.join(QStringLiteral(", ")));
+            remark(top, QStringLiteral("Nog in te vullen: ") + s.toFill.join(QStringLiteral(", ")));
         if (s.status != PlanStatus::Unchanged) {
             if (s.checkFailures.isEmpty())
-                line(top, QStringLiteral("Controle pensioenscherm: in orde"));
+                remark(top, QStringLiteral("Controle pensioenscherm: in orde"));
             for (const QString &f : s.checkFailures) {
-                auto *item = line(top, QStringLiteral("Controle pensioenscherm houdt tegen: ") + f);
+                auto *item = remark(top, QStringLiteral("Controle pensioenscherm houdt tegen: ") + f);
                 item->setIcon(0, style()->standardIcon(QStyle::SP_MessageBoxWarning));
             }
         }
         top->setExpanded(s.status != PlanStatus::Unchanged);
     }
+    // Wide enough for the longest field name and both amounts side by side without scrolling.
     tree->header()->setStretchLastSection(false);
     tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     for (int c = 1; c < 4; ++c)
         tree->header()->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+    const QFontMetrics metrics(tree->font());
+    int widest = 0;
+    for (QTreeWidgetItemIterator it(tree); *it; ++it)
+        widest = std::max(widest, metrics.horizontalAdvance((*it)->text(0)) + 2 * tree->indentation());
+    tree->setMinimumWidth(std::min(widest, 640) + metrics.horizontalAdvance(QStringLiteral("ongewijzigd  € 100.000  € 100.000 ")) + 60);
+    tree->setMinimumHeight(metrics.height() * 22);
     layout->addWidget(tree, 1);
 
     if (!p.remarks.isEmpty()) {
