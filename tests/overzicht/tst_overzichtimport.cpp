@@ -390,6 +390,17 @@ private slots:
         QVERIFY(!planImport(overviewFile(QStringLiteral("overzicht-aanvrager.json")), *copy, 1, kToday).hasChanges());
     }
 
+    void statementDateTheCaseCannotHoldIsIgnoredAndReimportStaysStable()
+    {
+        auto app = couple();
+        QByteArray odd = bytesOf(QStringLiteral("overzicht-partner-een-regeling.xml"));
+        odd.replace("2025-12-31", "1013-01-01");
+        importInto(*app, overviewOf(odd), 2);
+        auto p = schemeById(*app, 2, QStringLiteral("PZK-552019"));
+        QVERIFY(!isFilled(p->Dt_Overzicht()));
+        QVERIFY(!planImport(overviewOf(odd), *app, 2, kToday).hasChanges());
+    }
+
     void caseWithoutImportsExportsWithoutTheField()
     {
         auto app = couple();

@@ -81,7 +81,8 @@ QList<SchemeValues> schemesFromOverview(const Overview &overview)
             schemes.append(c);
         }
         Collected &c = schemes[*it];
-        if (asOf.isValid() && (!c.values.asOf.isValid() || asOf > c.values.asOf))
+        // A date the case cannot hold (1900 or earlier counts as not filled) says nothing.
+        if (isFilled(asOf) && (!c.values.asOf.isValid() || asOf > c.values.asOf))
             c.values.asOf = asOf;
         return c;
     };
