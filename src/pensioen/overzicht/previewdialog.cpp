@@ -9,9 +9,6 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
-
-#include <algorithm>
 #include <QVBoxLayout>
 
 namespace VandrelPensioen::Overzicht {
@@ -105,8 +102,11 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
     tree->setHeaderLabels({QStringLiteral("Regeling"), QStringLiteral("Status"), QStringLiteral("Nu in het dossier"),
                            QStringLiteral("Uit het overzicht")});
     tree->setRootIsDecorated(true);
-    tree->setWordWrap(true);
-    tree->setUniformRowHeights(false);
+    // One line per row, long remarks span the row and show whole in their tool tip: with 200
+    // schemes the list must not lay out thousands of wrapped rows before it can be shown.
+    tree->setUniformRowHeights(true);
+    // A long list opens folded except where something changes or the screen will object.
+    const bool expandAll = p.schemes.size() <= 30;
     for (const PlannedScheme &s : p.schemes) {
         QString title = s.values.provider;
         if (!s.values.schemeId.isEmpty())
@@ -132,7 +132,8 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
                 item->setIcon(0, style()->standardIcon(QStyle::SP_MessageBoxWarning));
             }
         }
-        top->setExpanded(s.status != PlanStatus::Unchanged);
+        top->setExpanded(expandAll ? s.status != PlanStatus::Unchanged
+                                   : s.status == PlanStatus::Updated || !s.checkFailures.isEmpty());
     }
     // Wide enough for the longest field name and both amounts side by side without scrolling.
     tree->header()->setStretchLastSection(false);
@@ -140,10 +141,9 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
     for (int c = 1; c < 4; ++c)
         tree->header()->setSectionResizeMode(c, QHeaderView::ResizeToContents);
     const QFontMetrics metrics(tree->font());
-    int widest = 0;
-    for (QTreeWidgetItemIterator it(tree); *it; ++it)
-        widest = std::max(widest, metrics.horizontalAdvance((*it)->text(0)) + 2 * tree->indentation());
-    tree->setMinimumWidth(std::min(widest, 640) + metrics.horizontalAdvance(QStringLiteral("ongewijzigd  € 100.000  € 100.000 ")) + 60);
+    const int widest = metrics.horizontalAdvance(QStringLiteral("Nabestaandenpensioen na AOW bij overlijden voor AOW"))
+                     + 2 * tree->indentation();
+    tree->setMinimumWidth(widest + metrics.horizontalAdvance(QStringLiteral("ongewijzigd  € 100.000  € 100.000 ")) + 60);
     tree->setMinimumHeight(metrics.height() * 22);
     layout->addWidget(tree, 1);
 

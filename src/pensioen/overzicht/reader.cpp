@@ -488,10 +488,10 @@ ReadResult readOverview(const QByteArray &data, const QString &fileName)
                                     || parseError.error == QJsonParseError::UnterminatedArray
                                     || parseError.error == QJsonParseError::UnterminatedString
                                     || parseError.offset >= data.size() - 1;
+                if (parseError.error == QJsonParseError::DeepNesting)
+                    fail(QStringLiteral("het bestand is dieper genest dan een pensioenoverzicht ooit is"));
                 fail(truncated ? QStringLiteral("het bestand houdt halverwege op (afgebroken download?)")
-                               : QStringLiteral("het bestand is geen geldige JSON: %1 (positie %2)")
-                                     .arg(parseError.errorString())
-                                     .arg(parseError.offset));
+                               : QStringLiteral("het bestand is geen geldige JSON (fout bij teken %1)").arg(parseError.offset));
             }
             if (!doc.isObject())
                 fail(QStringLiteral("dit is geen pensioenoverzicht van het pensioenregister (verwacht een JSON-object)"));
@@ -515,9 +515,9 @@ ReadResult readOverview(const QByteArray &data, const QString &fileName)
             if (xml.hasError()) {
                 fail(xml.error() == QXmlStreamReader::PrematureEndOfDocumentError
                          ? QStringLiteral("het bestand houdt halverwege op (afgebroken download?)")
-                         : QStringLiteral("het bestand is geen geldige XML: %1 (regel %2)")
-                               .arg(xml.errorString())
-                               .arg(xml.lineNumber()));
+                         : QStringLiteral("het bestand is geen geldige XML (fout in regel %1, kolom %2)")
+                               .arg(xml.lineNumber())
+                               .arg(xml.columnNumber()));
             }
             if (root.name.isEmpty())
                 fail(QStringLiteral("het bestand bevat geen gegevens"));
