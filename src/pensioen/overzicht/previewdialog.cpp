@@ -11,6 +11,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace VandrelPensioen::Overzicht {
 
 class PreviewDialog::Private
@@ -143,7 +145,16 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
     const QFontMetrics metrics(tree->font());
     const int widest = metrics.horizontalAdvance(QStringLiteral("Nabestaandenpensioen na AOW bij overlijden voor AOW"))
                      + 2 * tree->indentation();
-    tree->setMinimumWidth(widest + metrics.horizontalAdvance(QStringLiteral("ongewijzigd  € 100.000  € 100.000 ")) + 60);
+    // The value columns hold amounts, dates and the provider's name; counted in characters, as
+    // measuring thousands of texts would cost more than building the list.
+    qsizetype longestValue = 0;
+    for (const PlannedScheme &s : p.schemes)
+        for (const FieldChange &c : s.changes)
+            longestValue = std::max({longestValue, c.before.size(), c.after.size()});
+    const int valueWidth = std::max(metrics.horizontalAdvance(QStringLiteral("Uit het overzicht")),
+                                    int(std::min<qsizetype>(longestValue, 48)) * metrics.averageCharWidth());
+    tree->setMinimumWidth(widest + metrics.horizontalAdvance(QStringLiteral("ongewijzigd  Nu in het dossier"))
+                          + valueWidth + 80);
     tree->setMinimumHeight(metrics.height() * 22);
     layout->addWidget(tree, 1);
 
