@@ -122,6 +122,31 @@ private slots:
         QCOMPARE(scene.exported(), before);
     }
 
+    void longOverviewOpensFoldedAndShowsASchemeWhenOpened()
+    {
+        QByteArray json = "{\"StatusCode\":\"000\",\"Details\":{\"OuderdomsPensioenDetails\":{\"OuderdomsPensioen\":[{"
+                          "\"Van\":{\"Leeftijd\":{\"Jaren\":67,\"Maanden\":0}},\"Tot\":{\"OuderdomsPensioenEvent\":\"Overlijden\"},"
+                          "\"Pensioen\":[";
+        for (int i = 0; i < 40; ++i)
+            json += QStringLiteral("%1{\"PensioenUitvoerder\":\"Fonds %2\",\"HerkenningsNummer\":\"F-%2\",\"StandPer\":\"2026-01-01\","
+                                   "\"TeBereiken\":%3}")
+                        .arg(i ? QStringLiteral(",") : QString()).arg(i).arg(1000 + i).toUtf8();
+        json += "]}]}}}";
+        auto app = HostApplication::createInMemory();
+        app->Get_Dossier()->Get_Aanvrager(1)->setGeboorteDatum(QDate(1970, 3, 1));
+        PreviewDialog dialog(planImport(overviewOf(json, QStringLiteral("lang.json")), *app, 1, kToday), app);
+        auto *tree = TestSupport::find<QTreeWidget>(&dialog, QStringLiteral("lvwRegelingen"));
+        QCOMPARE(tree->topLevelItemCount(), 40);
+        QTreeWidgetItem *last = tree->topLevelItem(39);
+        QVERIFY(!last->isExpanded());
+        QCOMPARE(last->childCount(), 0);
+        tree->expandItem(last);
+        QVERIFY2(childTexts(last).contains(QStringLiteral("Ouderdomspensioen (OP)|—|€ 1.039")), qPrintable(childTexts(last).join(QLatin1Char('\n'))));
+        tree->collapseItem(last);
+        tree->expandItem(last);
+        QCOMPARE(childTexts(last).count(QStringLiteral("Ouderdomspensioen (OP)|—|€ 1.039")), 1);
+    }
+
     void okAppliesEverything()
     {
         Scene scene;

@@ -109,15 +109,7 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
     tree->setUniformRowHeights(true);
     // A long list opens folded except where something changes or the screen will object.
     const bool expandAll = p.schemes.size() <= 30;
-    for (const PlannedScheme &s : p.schemes) {
-        QString title = s.values.provider;
-        if (!s.values.schemeId.isEmpty())
-            title += QStringLiteral(" (%1)").arg(s.values.schemeId);
-        auto *top = new QTreeWidgetItem(tree, {title, statusText(s.status)});
-        top->setToolTip(0, title);
-        QFont bold = top->font(0);
-        bold.setBold(true);
-        top->setFont(0, bold);
+    const auto fill = [this](QTreeWidgetItem *top, const PlannedScheme &s) {
         for (const FieldChange &c : s.changes)
             line(top, c.label, s.status == PlanStatus::New ? QStringLiteral("—") : c.before, c.after);
         if (!s.skipReason.isEmpty())
@@ -134,9 +126,36 @@ PreviewDialog::PreviewDialog(ImportPlan plan, VandrelApplication::ApplicationPtr
                 item->setIcon(0, style()->standardIcon(QStyle::SP_MessageBoxWarning));
             }
         }
-        top->setExpanded(expandAll ? s.status != PlanStatus::Unchanged
-                                   : s.status == PlanStatus::Updated || !s.checkFailures.isEmpty());
+    };
+    constexpr int SchemeRole = Qt::UserRole;
+    for (qsizetype i = 0; i < p.schemes.size(); ++i) {
+        const PlannedScheme &s = p.schemes[i];
+        QString title = s.values.provider;
+        if (!s.values.schemeId.isEmpty())
+            title += QStringLiteral(" (%1)").arg(s.values.schemeId);
+        auto *top = new QTreeWidgetItem(tree, {title, statusText(s.status)});
+        top->setToolTip(0, title);
+        QFont bold = top->font(0);
+        bold.setBold(true);
+        top->setFont(0, bold);
+        const bool expanded = expandAll ? s.status != PlanStatus::Unchanged
+                                        : s.status == PlanStatus::Updated || !s.checkFailures.isEmpty();
+        // A folded scheme of a long list gets its lines when the user opens it.
+        if (expandAll || expanded) {
+            fill(top, s);
+        } else {
+            top->setData(0, SchemeRole, int(i));
+            top->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+        }
+        top->setExpanded(expanded);
     }
+    connect(tree, &QTreeWidget::itemExpanded, this, [this, fill](QTreeWidgetItem *top) {
+        const QVariant index = top->data(0, SchemeRole);
+        if (!index.isValid() || top->childCount() > 0)
+            return;
+        top->setData(0, SchemeRole, QVariant());
+        fill(top, d->plan.schemes.at(index.toInt()));
+    });
     // Wide enough for the longest field name and both amounts side by side without scrolling.
     tree->header()->setStretchLastSection(false);
     tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
