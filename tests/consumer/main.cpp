@@ -2,6 +2,8 @@
 #include <pensmain.h>
 #include <messagebox.h>
 #include <hostcheck.h>
+#include <overview.h>
+#include <registerlink.h>
 
 #include <QApplication>
 #include <QTextStream>
@@ -14,8 +16,11 @@ int main(int argc, char **argv)
     // Nothing is shown yet: validation must pass without asking the host anything.
     panel.Validation(cancel, 0);
     panel.setBackColor(Qt::white);
+    // The overview reader refuses what is not an overview, with a Dutch message naming the file.
+    const auto read = VandrelPensioen::Overzicht::readOverview("{}", QStringLiteral("leeg.json"));
     const bool ok = !cancel && panel.BackColor() == QColor(Qt::white)
-        && VandrelControl::MessageBox::hasResponder() == false;
+        && VandrelControl::MessageBox::hasResponder() == false
+        && !read.ok() && read.error.contains(QStringLiteral("leeg.json"));
     QTextStream(stdout) << (ok ? "consumer: ok\n" : "consumer: FAILED\n");
     return ok ? 0 : 1;
 }

@@ -437,23 +437,31 @@ private slots:
         Store::migrate(raw.db, Store::migrations(), 2);
         QCOMPARE(Store::versionOf(raw.db), 2);
         QVERIFY(raw.exec(QStringLiteral("SELECT Dienstjaren FROM pensioen")));
+        // The real step 2 -> 3 adds the pension register's identifier of a scheme.
+        QVERIFY(!raw.exec(QStringLiteral("SELECT HerkenningsNummer FROM pensioen")));
+        Store::migrate(raw.db, Store::migrations(), 3);
+        QCOMPARE(Store::versionOf(raw.db), 3);
+        QVERIFY(raw.exec(QStringLiteral("SELECT HerkenningsNummer FROM pensioen")));
+        // Steps of this test's own follow the program's last one.
+        const int top = Store::SchemaVersion;
+        Store::migrate(raw.db, Store::migrations(), top);
         std::vector<Store::Migration> steps = Store::migrations();
-        steps.push_back({2, [](QSqlDatabase &db) {
+        steps.push_back({top, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("ALTER TABLE pensioen ADD COLUMN Notitie TEXT"));
                          }});
-        Store::migrate(raw.db, steps, 3);
-        QCOMPARE(Store::versionOf(raw.db), 3);
+        Store::migrate(raw.db, steps, top + 1);
+        QCOMPARE(Store::versionOf(raw.db), top + 1);
         QVERIFY(raw.exec(QStringLiteral("SELECT Notitie FROM pensioen")));
         // A step that fails leaves the file at the version before it.
-        steps.push_back({3, [](QSqlDatabase &db) {
+        steps.push_back({top + 1, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("CREATE TABLE extra (x INTEGER)"));
                              throw HostError(HostErrorCode::StoreFailed, QStringLiteral("mislukt"));
                          }});
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, 4); }).number(), HostErrorCode::StoreFailed);
-        QCOMPARE(Store::versionOf(raw.db), 3);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, top + 2); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(Store::versionOf(raw.db), top + 1);
         QVERIFY(!raw.exec(QStringLiteral("SELECT x FROM extra")));
         // No known step: refused.
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), 5); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), top + 3); }).number(), HostErrorCode::StoreFailed);
     }
 
     void writeRefusedKeepsTheOldValue()

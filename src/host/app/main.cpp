@@ -5,11 +5,13 @@
 //   zarnoveld export CASE JSON [--overschrijven]
 //   zarnoveld register | unregister   the pension screen in the per-user component registry
 //   zarnoveld check CASE... [--json]  checks every scheme as the pension screen would, headless
+//   zarnoveld pensioenoverzicht CASE FILE --deelnemer aanvrager|partner [--proef]
 
 #include "check.h"
 #include "commands.h"
 #include "errorlog.h"
 #include "mainwindow.h"
+#include "overviewcommand.h"
 #include "pensionscreen.h"
 #include "safefile.h"
 #include "terminal.h"
@@ -113,6 +115,8 @@ int main(int argc, char **argv)
     // Always headless, with its own application object: decided before one is made here.
     if (argc > 1 && qstrcmp(argv[1], "check") == 0)
         return Zarnoveld::Check::main(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], "pensioenoverzicht") == 0)
+        return Zarnoveld::OverviewCommand::main(argc, argv);
     const bool display = hasDisplay();
     if (!display)
         qputenv("QT_QPA_PLATFORM", "offscreen");

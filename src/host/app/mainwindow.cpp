@@ -5,11 +5,13 @@
 #include "messagebox.h"
 #include "participantsscreen.h"
 #include "pensionscreen.h"
+#include "previewdialog.h"
 
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QInputDialog>
 #include <QKeySequence>
 #include <QListWidget>
 #include <QMenuBar>
@@ -61,6 +63,7 @@ MainWindow::MainWindow(QWidget *parent)
     action("actOpenen", QStringLiteral("&Openen..."), &MainWindow::openFile, QKeySequence::Open);
     action("actImporteren", QStringLiteral("&Importeren..."), &MainWindow::importJson);
     action("actExporteren", QStringLiteral("&Exporteren..."), &MainWindow::exportJson);
+    action("actPensioenoverzicht", QStringLiteral("Pensioenoverzicht inlezen..."), &MainWindow::importOverview);
     file->addSeparator();
     action("actAfsluiten", QStringLiteral("&Afsluiten"), &QWidget::close, QKeySequence(Qt::CTRL | Qt::Key_Q));
 
@@ -223,6 +226,69 @@ bool MainWindow::exportTo(const QString &path)
         MessageBox::ok(this, e.description(), QStringLiteral("Exporteren mislukt"));
         return false;
     }
+}
+
+// File, participant, preview: each a dialog of its own with an object name, so that a test can
+// answer it like a user. Nothing is written before OK in the preview.
+void MainWindow::importOverview()
+{
+    namespace Overzicht = VandrelPensioen::Overzicht;
+    if (!m_case) {
+        MessageBox::ok(this, QStringLiteral("Open eerst een dossier."), QStringLiteral("Pensioenoverzicht inlezen"));
+        return;
+    }
+    if (!leavePensionScreen())
+        return;
+    QFileDialog files(this, QStringLiteral("Pensioenoverzicht kiezen"));
+    files.setObjectName(QStringLiteral("dlgPensioenoverzicht"));
+    files.setOption(QFileDialog::DontUseNativeDialog);
+    files.setFileMode(QFileDialog::ExistingFile);
+    files.setNameFilters({QStringLiteral("Pensioenoverzicht (*.json *.xml)"), QStringLiteral("Alle bestanden (*)")});
+    if (files.exec() != QDialog::Accepted || files.selectedFiles().isEmpty())
+        return;
+    const QString path = files.selectedFiles().constFirst();
+
+    const Overzicht::ReadResult read = Overzicht::readOverviewFile(path);
+    if (!read.ok()) {
+        MessageBox::ok(this, read.error, QStringLiteral("Pensioenoverzicht niet ingelezen"));
+        return;
+    }
+
+    qint16 anvId = 1;
+    const auto dossier = m_case->Get_Dossier();
+    if (dossier && dossier->Get_Aanvrager(2)) {
+        const auto label = [&](qint16 id) {
+            const QString naam = dossier->Get_Aanvrager(id)->Naam().trimmed();
+            const QString rol = id == 1 ? QStringLiteral("Aanvrager") : QStringLiteral("Partner");
+            return naam.isEmpty() ? rol : QStringLiteral("%1 (%2)").arg(rol, naam);
+        };
+        QInputDialog ask(this);
+        ask.setObjectName(QStringLiteral("dlgDeelnemer"));
+        ask.setWindowTitle(QStringLiteral("Pensioenoverzicht inlezen"));
+        ask.setLabelText(QStringLiteral("Van wie is dit pensioenoverzicht?"));
+        ask.setComboBoxItems({label(1), label(2)});
+        ask.setComboBoxEditable(false);
+        ask.setOkButtonText(QStringLiteral("Verder"));
+        ask.setCancelButtonText(QStringLiteral("Annuleren"));
+        if (ask.exec() != QDialog::Accepted)
+            return;
+        anvId = ask.textValue() == label(2) ? 2 : 1;
+    }
+
+    try {
+        Overzicht::PreviewDialog preview(Overzicht::planImport(*read.overview, *m_case, anvId, QDate::currentDate()),
+                                         m_case, this);
+        if (preview.exec() != QDialog::Accepted || !preview.applied())
+            return;
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Pensioenoverzicht niet ingelezen"));
+        return;
+    }
+    // The pension screen reads the case afresh, so the new schemes are in its list.
+    if (currentScreen() == Pensioenen)
+        m_pensions->setApplication(m_case);
+    else
+        showScreen(Pensioenen);
 }
 
 void MainWindow::updateTitle()

@@ -45,6 +45,7 @@ private:
     void openFile();
     void importJson();
     void exportJson();
+    void importOverview();
     void updateTitle();
 
     std::shared_ptr<HostApplication> m_case;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 static void initModelResources()
 {
@@ -111,8 +112,9 @@ void CaseCore::checkOpen() const
 void CaseCore::write(const std::function<void(Store *)> &body)
 {
     checkOpen();
-    if (!store) {
-        body(nullptr);
+    // Inside asOneChange the surrounding transaction takes the write (and its rollback).
+    if (!store || m_oneChange > 0) {
+        body(store.get());
         return;
     }
     store->begin();
@@ -124,6 +126,106 @@ void CaseCore::write(const std::function<void(Store *)> &body)
         throw;
     } catch (const std::exception &e) {
         store->rollback();
+        throw HostError(Code::StoreFailed,
+                        QStringLiteral("De wijziging kon niet in het dossierbestand worden opgeslagen: %1")
+                            .arg(QString::fromLocal8Bit(e.what())),
+                        QStringLiteral("Zarnoveld"));
+    }
+}
+
+namespace {
+
+// Every record of the tree, parents before children.
+void visit(Record &r, const std::function<void(Record &)> &f)
+{
+    f(r);
+    if (auto *p = dynamic_cast<PensioenNode *>(&r)) {
+        for (auto &row : p->rows)
+            visit(*row, f);
+        for (auto &a : p->ao)
+            visit(*a, f);
+    } else if (auto *o = dynamic_cast<OuderdomNode *>(&r)) {
+        for (auto &regel : o->regels)
+            visit(*regel, f);
+    } else if (auto *a = dynamic_cast<AanvragerNode *>(&r)) {
+        for (auto &dv : a->dienstverbanden)
+            visit(*dv, f);
+        for (auto &pen : a->pensioenen)
+            visit(*pen, f);
+    } else if (auto *d = dynamic_cast<DossierNode *>(&r)) {
+        for (auto &anv : d->aanvragers)
+            visit(*anv, f);
+    }
+}
+
+// What asOneChange puts back: each record's values and each child list as they were.
+std::vector<std::function<void()>> remember(DossierNode &dossier)
+{
+    std::vector<std::function<void()>> undo;
+    visit(dossier, [&undo](Record &r) {
+        undo.push_back([&r, v = r.v, alive = r.alive] { r.v = v; r.alive = alive; });
+        if (auto *p = dynamic_cast<PensioenNode *>(&r))
+            undo.push_back([p, rows = p->rows, ao = p->ao, deferred = p->deferred, pending = p->pending] {
+                p->rows = rows;
+                p->ao = ao;
+                p->deferred = deferred;
+                p->pending = pending;
+            });
+        else if (auto *o = dynamic_cast<OuderdomNode *>(&r))
+            undo.push_back([o, regels = o->regels] { o->regels = regels; });
+        else if (auto *a = dynamic_cast<AanvragerNode *>(&r))
+            undo.push_back([a, dvs = a->dienstverbanden, pens = a->pensioenen] {
+                a->dienstverbanden = dvs;
+                a->pensioenen = pens;
+            });
+        else if (auto *d = dynamic_cast<DossierNode *>(&r))
+            undo.push_back([d, anvs = d->aanvragers] { d->aanvragers = anvs; });
+    });
+    return undo;
+}
+
+} // namespace
+
+void CaseCore::asOneChange(const std::function<void()> &body)
+{
+    checkOpen();
+    if (m_oneChange > 0) {
+        body();
+        return;
+    }
+    std::vector<std::function<void()>> undo = remember(*dossier);
+    std::set<const Record *> before;
+    visit(*dossier, [&before](Record &r) { before.insert(&r); });
+    const auto putBack = [&] {
+        std::vector<Record *> added;
+        visit(*dossier, [&](Record &r) {
+            if (!before.count(&r))
+                added.push_back(&r);
+        });
+        for (Record *r : added)
+            r->alive = false;
+        for (auto &step : undo)
+            step();
+    };
+    if (store)
+        store->begin();
+    ++m_oneChange;
+    try {
+        body();
+        --m_oneChange;
+        if (store)
+            store->commit();
+    } catch (const HostError &) {
+        m_oneChange = 0;
+        if (store)
+            store->rollback();
+        putBack();
+        throw;
+    } catch (const std::exception &e) {
+        m_oneChange = 0;
+        if (store)
+            store->rollback();
+        putBack();
         throw HostError(Code::StoreFailed,
                         QStringLiteral("De wijziging kon niet in het dossierbestand worden opgeslagen: %1")
                             .arg(QString::fromLocal8Bit(e.what())),

@@ -68,8 +68,14 @@ public:
 
     void checkOpen() const;
 
+    // Runs body as one change: every write inside it joins a single store transaction; when body
+    // throws, the file rolls back, the records in memory get their values back, records it added
+    // are gone (their handles throw) and the exception is passed on.
+    void asOneChange(const std::function<void()> &body);
+
 private:
     std::map<const TableDef *, qint64> m_nextId;
+    int m_oneChange = 0;
 };
 
 } // namespace Zarnoveld::detail

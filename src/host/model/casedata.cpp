@@ -79,6 +79,8 @@ constexpr FieldDef pensioenFields[] = {
     {"Pc_RvcAfwijking", Kind::Float},
     {"Pc_RvcUitkering", Kind::Float},
     {"Dienstjaren", Kind::Int16, 2},
+    // The pension register's identifier of the scheme the record was imported from.
+    {"HerkenningsNummer", Kind::Text, 3},
 };
 constexpr FieldDef ouderdomFields[] = {
     {"Key", Kind::Text},

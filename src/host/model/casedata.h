@@ -56,6 +56,7 @@ enum : int {
     Dt_65, Dt_PensioenIngang, HeeftSpecificatie,
     Cd_RvcAfwijking, Pc_RvcAfwijking, Pc_RvcUitkering,
     Dienstjaren,
+    HerkenningsNummer,
     Count
 };
 }

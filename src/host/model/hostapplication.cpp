@@ -107,6 +107,40 @@ QIcon HostApplication::Icon() const
     return QIcon::fromTheme(QStringLiteral("accessories-calculator"));
 }
 
+namespace {
+
+std::shared_ptr<PensioenNode> ownScheme(const std::shared_ptr<CaseCore> &core, Pensioen &scheme)
+{
+    auto [owner, node] = pensioenOf(scheme);
+    if (!node || owner != core)
+        throw HostError(HostErrorCode::InvalidState,
+                        QStringLiteral("Deze pensioenregeling hoort niet bij het geopende dossier."),
+                        QStringLiteral("Zarnoveld"));
+    node->check();
+    return node;
+}
+
+} // namespace
+
+QString HostApplication::HerkenningsNummer(Pensioen &scheme) const
+{
+    return ownScheme(d->core, scheme)->s(PensioenF::HerkenningsNummer);
+}
+
+void HostApplication::setHerkenningsNummer(Pensioen &scheme, const QString &value)
+{
+    auto node = ownScheme(d->core, scheme);
+    d->core->set(node, PensioenF::HerkenningsNummer, value, node.get());
+}
+
+void HostApplication::RunAsOneChange(const std::function<void()> &body)
+{
+    if (!d->core)
+        throw HostError(HostErrorCode::InvalidState, QStringLiteral("Er is geen dossier geopend."),
+                        QStringLiteral("Zarnoveld"));
+    d->core->asOneChange(body);
+}
+
 void HostApplication::setTitle(const QString &title)
 {
     d->title = title;

@@ -4,6 +4,7 @@
 // SQLite file on every setter.
 
 #include "hostmodel.h"
+#include "registerlink.h"
 
 #include <QJsonObject>
 #include <QList>
@@ -14,7 +15,7 @@
 
 namespace Zarnoveld {
 
-class HostApplication : public VandrelApplication::Application
+class HostApplication : public VandrelApplication::Application, public VandrelApplication::RegisterLink
 {
 public:
     ~HostApplication() override;
@@ -47,6 +48,12 @@ public:
     void ReportError(VandrelApplication::ErrorRecord &record) override;
     QString Title() const override;
     QIcon Icon() const override;
+
+    // RegisterLink: the register's identifier is a field of the scheme record; one change is one
+    // store transaction.
+    QString HerkenningsNummer(VandrelApplication::Pensioen &scheme) const override;
+    void setHerkenningsNummer(VandrelApplication::Pensioen &scheme, const QString &value) override;
+    void RunAsOneChange(const std::function<void()> &body) override;
 
     void setTitle(const QString &title);
     // Every report is kept (tests read them) and passed to the handler when one is set.

@@ -58,11 +58,19 @@ QJsonValue toJson(Kind kind, const QVariant &v)
     return {};
 }
 
+// A scheme never imported from the pension register has no identifier; leaving the field out then
+// keeps the export of every case made before the import existed exactly as it was.
+bool omittedWhenEmpty(const FieldDef &f, const QVariant &v)
+{
+    return f.kind == Kind::Text && qstrcmp(f.name, "HerkenningsNummer") == 0 && v.toString().isEmpty();
+}
+
 QJsonObject recordToJson(const Record &r)
 {
     QJsonObject o;
     for (size_t i = 0; i < r.def->fields.size(); ++i)
-        o.insert(QLatin1String(r.def->fields[i].name), toJson(r.def->fields[i].kind, r.v[i]));
+        if (!omittedWhenEmpty(r.def->fields[i], r.v[i]))
+            o.insert(QLatin1String(r.def->fields[i].name), toJson(r.def->fields[i].kind, r.v[i]));
     return o;
 }
 

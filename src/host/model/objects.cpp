@@ -321,6 +321,7 @@ public:
         : m_core(std::move(core)), m_node(std::move(node)) {}
 
     const std::shared_ptr<PensioenNode> &node() const { return m_node; }
+    const std::shared_ptr<CaseCore> &core() const { return m_core; }
 
     // AoUitkeringOwner
     AoUitkeringPtr AoUitkeringItem(qint16 index) override { return ao().item(index); }
@@ -843,6 +844,13 @@ void copyPensioen(CaseCore &core, Store *s, PensioenNode &dst, const PensioenNod
         apply.push_back([target, row] { target->rows.push_back(row); });
     }
     syncLeaves(core, s, dst.ao, src.ao, dst.id, apply);
+}
+
+std::pair<std::shared_ptr<CaseCore>, std::shared_ptr<PensioenNode>> pensioenOf(Pensioen &scheme)
+{
+    if (auto *obj = dynamic_cast<PensioenObj *>(&scheme))
+        return {obj->core(), obj->node()};
+    return {};
 }
 
 PensioenPtr makePensioen(std::shared_ptr<CaseCore> core, std::shared_ptr<PensioenNode> node)

@@ -64,6 +64,8 @@ void copyPensioen(CaseCore &core, Store *s, PensioenNode &dst, const PensioenNod
                   std::vector<std::function<void()>> &apply);
 
 PensioenPtr makePensioen(std::shared_ptr<CaseCore> core, std::shared_ptr<PensioenNode> node);
+// The case and record behind a scheme handle of this host; both nullptr for any other object.
+std::pair<std::shared_ptr<CaseCore>, std::shared_ptr<PensioenNode>> pensioenOf(Pensioen &scheme);
 ParametersPtr makeParameters(std::shared_ptr<CaseCore> core);
 DossierPtr makeDossier(std::shared_ptr<CaseCore> core);
 KapitaalPtr makeKapitaal();

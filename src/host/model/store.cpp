@@ -150,6 +150,7 @@ const std::vector<Store::Migration> &Store::migrations()
     static const std::vector<Migration> steps{
         {0, createSchemaV1},
         {1, addColumnsOfVersion(2)},
+        {2, addColumnsOfVersion(3)},
     };
     return steps;
 }

@@ -19,7 +19,7 @@ namespace Zarnoveld::detail {
 class Store
 {
 public:
-    static constexpr int SchemaVersion = 2;
+    static constexpr int SchemaVersion = 3;
 
     // One step of the schema's history: brings a file from version `from` to `from + 1`.
     struct Migration

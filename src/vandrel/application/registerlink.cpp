@@ -1,0 +1,8 @@
+#include "registerlink.h"
+
+namespace VandrelApplication {
+
+// Anchors the vtable here, so dynamic_cast finds the interface across library boundaries.
+RegisterLink::~RegisterLink() = default;
+
+} // namespace VandrelApplication
