@@ -8,6 +8,7 @@
 #include <QJsonObject>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -51,6 +52,22 @@ public:
     void setErrorHandler(std::function<void(const VandrelApplication::ErrorRecord &)> handler);
 
     QString filePath() const;   // empty for an in-memory case
+
+    // The year of the fiscal figures the case computes with.
+    int figureYear() const;
+    // What moving a case to another figure year changed, in Dutch lines for the adviser.
+    struct FigureYearMove
+    {
+        int from = 0;
+        int to = 0;
+        QStringList figures;   // "FranchiseA: 18.475,00 -> 19.172,00"
+        QStringList schemes;   // "Jan van den Berg, regeling 1 (ABP): Franchise 18.475,00 -> 19.172,00"
+        bool changed() const { return from != to || !figures.isEmpty() || !schemes.isEmpty(); }
+    };
+    // Gives the case the figures of `year`: the figures, the year, and for every scheme whose
+    // franchise is kept computed the franchise (and the basis and accrual computed from it), all
+    // in one transaction. Throws HostError (Dutch) for a year without figures.
+    FigureYearMove moveToFigureYear(int year);
 
 private:
     HostApplication();
