@@ -22,15 +22,14 @@ QString helpText()
 {
     // One line per command; the usage column is wide enough for the longest usage.
     const QList<QPair<QString, QString>> commands = {
-        {QStringLiteral("zarnoveld [DOSSIER | JSON]"), QStringLiteral("open een dossier (JSON wordt eerst een dossierbestand)")},
-        {QStringLiteral("zarnoveld import JSON DOSSIER"), QStringLiteral("maak van een JSON-dossier een nieuw dossierbestand")},
+        {QStringLiteral("zarnoveld [DOSSIER | JSON]"), QStringLiteral("open een dossier in het venster")},
+        {QStringLiteral("zarnoveld import JSON DOSSIER"), QStringLiteral("maak van een JSON-dossier een nieuw dossier")},
         {QStringLiteral("zarnoveld export DOSSIER JSON"), QStringLiteral("schrijf een dossier als JSON-bestand")},
-        {QStringLiteral("zarnoveld register"), QStringLiteral("meld het pensioenscherm aan bij het componentenregister")},
-        {QStringLiteral("zarnoveld unregister"), QStringLiteral("haal die aanmelding weer weg")},
-        {QStringLiteral("zarnoveld check DOSSIER... [--json]"),
-         QStringLiteral("controleer elke regeling zoals het pensioenscherm (uitkomst 0, 1 of 2)")},
+        {QStringLiteral("zarnoveld register"), QStringLiteral("registreer het pensioenscherm voor deze gebruiker")},
+        {QStringLiteral("zarnoveld unregister"), QStringLiteral("haal die registratie weer weg")},
+        {QStringLiteral("zarnoveld check DOSSIER... [--json]"), QStringLiteral("controleer elke regeling; uitkomst 0, 1 of 2")},
         {QStringLiteral("zarnoveld parameters DOSSIER [--jaar JAAR]"),
-         QStringLiteral("toon de fiscale cijfers, of zet ze over naar JAAR (uitkomst 0 of 2)")},
+         QStringLiteral("toon of wijzig het jaar van de fiscale cijfers")},
         {QStringLiteral("zarnoveld --version"), QStringLiteral("toon de versie")},
         {QStringLiteral("zarnoveld --help"), QStringLiteral("toon deze hulp")},
     };
@@ -49,6 +48,7 @@ QString helpText()
     out << "\nOpties bij het openen van een dossier:\n";
     for (const auto &[usage, what] : options)
         out << "  " << usage.leftJustified(width + 2) << what << '\n';
+    out << "\nUitkomst (afsluitcode): 0 gelukt of in orde, 1 fouten gevonden, 2 niet uitgevoerd.\n";
     return text;
 }
 

@@ -236,8 +236,11 @@ void MainWindow::moveToCurrentFigureYear()
         return;
     try {
         const HostApplication::FigureYearMove move = m_case->moveToFigureYear(current);
-        // The screens show what the case holds now.
-        setCase(m_case);
+        // The pension screen reloads what the case holds now. Not setCase(): ending the control
+        // would also remove the schemes it marked for removal on close.
+        updateFigureYearAction();
+        if (currentScreen() == Pensioenen)
+            m_pensions->setApplication(m_case);
         QString report = QStringLiteral("Het dossier rekent nu met de fiscale cijfers van %1.").arg(current);
         if (!move.schemes.isEmpty())
             report += QStringLiteral("\n\nGewijzigde regelingen:\n") + move.schemes.join(QLatin1Char('\n'));
