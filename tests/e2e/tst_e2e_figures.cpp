@@ -10,6 +10,7 @@
 #include "usersim.h"
 
 #include <QAction>
+#include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSqlDatabase>
@@ -127,6 +128,33 @@ private Q_SLOTS:
             }
             QSqlDatabase::removeDatabase(name);
         }
+        QVERIFY(window.close());
+    }
+
+    // Moved while the pension screen is shown: the screen shows the new franchise at once, and a
+    // scheme the adviser had just added is still there (the control is reloaded, not ended).
+    void movedWhileThePensionScreenIsShown()
+    {
+        MessageRecorder messages;
+        MainWindow window;
+        QString error;
+        const QString json = m_sandbox->path(QStringLiteral("getoond.json"));
+        QVERIFY(QFile::copy(example(QStringLiteral("sample-couple.json")), json));
+        QVERIFY2(window.openCase(json, &error), qPrintable(error));
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        QWidget *control = window.pensionScreen()->control();
+        QVERIFY(control);
+        auto *franchise = find<VandrelControl::TextBox>(control, QStringLiteral("txtFranchise"));
+        QCOMPARE(franchise->text(), QStringLiteral("18.475"));
+        const int schemes = find<QTreeWidget>(control, QStringLiteral("LstPensioenen"))->topLevelItemCount();
+
+        find<QAction>(&window, QStringLiteral("actRekenjaar"))->trigger();
+        QCOMPARE(messages.count(), 2);
+        QCOMPARE(window.currentScreen(), MainWindow::Pensioenen);
+        QCOMPARE(window.pensionScreen()->control(), control);
+        QCOMPARE(franchise->text(), QStringLiteral("19.172"));
+        QCOMPARE(find<QTreeWidget>(control, QStringLiteral("LstPensioenen"))->topLevelItemCount(), schemes);
         QVERIFY(window.close());
     }
 };
