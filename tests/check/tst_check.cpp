@@ -136,7 +136,11 @@ private Q_SLOTS:
         // What the suite's check service finds is listed, but stops nobody.
         QVERIFY(run.out.contains(QStringLiteral(
             "    - Pensioenregeling 1 (bpfBOUW) van de aanvrager: het dienstverband bestaat niet (meer).\n")));
-        QVERIFY(run.out.contains(QStringLiteral("Resultaat: 2 regelingen gecontroleerd, 0 in orde, 2 met een fout.\n")));
+        // The deliberately questionable scheme: its early retirement starts before its employment's
+        // income ends. The question is answered Yes and stops nobody.
+        QVERIFY(run.out.contains(
+            QStringLiteral("  Aanvrager Controle Geval, regeling 3 (PMT): in orde (1 vraag met Ja beantwoord)\n")));
+        QVERIFY(run.out.contains(QStringLiteral("Resultaat: 3 regelingen gecontroleerd, 1 in orde, 2 met een fout.\n")));
     }
 
     void errorsCaseJsonReport()
@@ -152,7 +156,7 @@ private Q_SLOTS:
         const QJsonArray dossiers = report.value(QStringLiteral("dossiers")).toArray();
         QCOMPARE(dossiers.size(), 1);
         const QJsonArray schemes = dossiers.at(0).toObject().value(QStringLiteral("regelingen")).toArray();
-        QCOMPARE(schemes.size(), 2);
+        QCOMPARE(schemes.size(), 3);
 
         const QJsonObject first = schemes.at(0).toObject();
         QCOMPARE(first.value(QStringLiteral("deelnemer")).toString(), QStringLiteral("Aanvrager"));
@@ -174,6 +178,13 @@ private Q_SLOTS:
                  QStringLiteral("Ongeldige invoer"));
         QCOMPARE(second.value(QStringLiteral("melding")).toObject().value(QStringLiteral("tekst")).toString(),
                  QStringLiteral("Pensioengrondslag kan niet groter dan pensioengevend salaris zijn."));
+
+        const QJsonObject third = schemes.at(2).toObject();
+        QCOMPARE(third.value(QStringLiteral("uitvoerder")).toString(), QStringLiteral("PMT"));
+        QCOMPARE(third.value(QStringLiteral("geslaagd")).toBool(false), true);
+        const QJsonArray asked = third.value(QStringLiteral("meldingen")).toArray();
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(asked.at(0).toObject().value(QStringLiteral("titel")).toString(), QStringLiteral("Ongelijke data"));
     }
 
     void passingCaseJsonHasNoMessage()
@@ -259,18 +270,29 @@ private Q_SLOTS:
         QJsonObject document = readJson(example(QStringLiteral("sample-couple.json")));
         QJsonArray aanvragers = document.value(QStringLiteral("Aanvragers")).toArray();
         QJsonObject applicant = aanvragers.at(0).toObject();
+        // The sample itself asks nothing; here its first employment's income counts on past the
+        // early retirement, so the ABP scheme asks its question each time it is checked.
+        const auto incomeUntil = [](QJsonObject participant, const QString &date) {
+            QJsonArray employments = participant.value(QStringLiteral("Dienstverbanden")).toArray();
+            QJsonObject first = employments.at(0).toObject();
+            first.insert(QStringLiteral("Dt_InkomenMeetellenTot"), date);
+            employments.replace(0, first);
+            participant.insert(QStringLiteral("Dienstverbanden"), employments);
+            return participant;
+        };
+        applicant = incomeUntil(applicant, QStringLiteral("2038-03-14"));
         const QJsonArray three = applicant.value(QStringLiteral("Pensioenen")).toArray();
         QCOMPARE(three.size(), 3);
         QJsonArray schemes;
         for (int i = 0; i < 7; ++i) {
             QJsonObject scheme = three.at(i % 3).toObject();
             if (i % 3 == 1)
-                scheme.insert(QStringLiteral("Aangroei"), 236.2);   // limit: 1,657% of 14.255 = 236
+                scheme.insert(QStringLiteral("Aangroei"), 181.2);   // limit: 1,657% of 10.895 = 180,53, shown as 180
             schemes.append(scheme);
         }
         applicant.insert(QStringLiteral("Pensioenen"), schemes);
         aanvragers.replace(0, applicant);
-        QJsonObject partner = aanvragers.at(1).toObject();
+        QJsonObject partner = incomeUntil(aanvragers.at(1).toObject(), QStringLiteral("2040-11-02"));
         QJsonArray partnerSchemes = partner.value(QStringLiteral("Pensioenen")).toArray();
         QJsonObject last = partnerSchemes.last().toObject();
         last.insert(QStringLiteral("Uitvoerder"), QStringLiteral("Laatste Fonds"));
@@ -289,7 +311,7 @@ private Q_SLOTS:
         QCOMPARE(run.exitCode, 1);
         const QString factorA = QStringLiteral(
             "FOUT [Ongeldige invoer] Pensioenaangroei (factor A) mag maximaal het opbouwpercentage (1,657%) "
-            "vermenigvuldigd met de Pensioengrondslag (€ 14.255) zijn (€ 236).");
+            "vermenigvuldigd met de Pensioengrondslag (€ 10.895) zijn (€ 180).");
         const QString expected = QStringLiteral(
             "  Aanvrager Jan van den Berg, regeling 1 (ABP): in orde (1 vraag met Ja beantwoord)\n"
             "  Aanvrager Jan van den Berg, regeling 2 (Pensioenfonds Rabobank): %1\n"
@@ -302,7 +324,7 @@ private Q_SLOTS:
             "  Partner Ria van den Berg-Smit, regeling 2 (Bpf Levensmiddelen): in orde\n"
             "  Partner Ria van den Berg-Smit, regeling 3 (Laatste Fonds): FOUT [Invoer verplicht] Doelvermogen niet ingevuld.\n")
                                      .arg(factorA);
-        QCOMPARE(run.out.count(expected), 2);
+        QVERIFY2(run.out.count(expected) == 2, qPrintable(run.out));
         QVERIFY2(run.out.contains(QStringLiteral("  Aanvrager Fatima el Amrani, regeling 1 (PME): in orde\n")),
                  qPrintable(run.out));
         QVERIFY(run.out.contains(QStringLiteral("Resultaat: 21 regelingen gecontroleerd, 15 in orde, 6 met een fout.\n")));
@@ -316,6 +338,13 @@ private Q_SLOTS:
         QCOMPARE(run.exitCode, 0);
         QVERIFY2(run.out.contains(QStringLiteral("Resultaat: 204 regelingen gecontroleerd, 204 in orde, 0 met een fout.\n")),
                  qPrintable(run.out));
+        // The sample on its own asks nothing either: one that asks "Ongelijke data" on every click
+        // teaches the adviser to click Yes without reading.
+        const Run sample = zarnoveld({QStringLiteral("check"), example(QStringLiteral("sample-couple.json"))});
+        QCOMPARE(sample.exitCode, 0);
+        QVERIFY2(sample.out.contains(QStringLiteral("Resultaat: 6 regelingen gecontroleerd, 6 in orde, 0 met een fout.\n")),
+                 qPrintable(sample.out));
+        QVERIFY2(!sample.out.contains(QStringLiteral("vraag")), qPrintable(sample.out));
     }
 
     // A case file is checked on a copy held in memory: the file itself is not written.
@@ -377,7 +406,7 @@ private Q_SLOTS:
         QCOMPARE(run.exitCode, 2);
         QVERIFY(run.out.contains(QStringLiteral("  Aanvrager Fatima el Amrani, regeling 1 (PME): in orde\n")));
         QVERIFY(run.out.contains(QStringLiteral(
-            "Resultaat: 3 regelingen gecontroleerd, 1 in orde, 2 met een fout, 1 dossier niet gelezen.\n")));
+            "Resultaat: 4 regelingen gecontroleerd, 2 in orde, 2 met een fout, 1 dossier niet gelezen.\n")));
     }
 
     void noCaseIsAUsageError()

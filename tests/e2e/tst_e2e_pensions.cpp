@@ -55,12 +55,11 @@ private Q_SLOTS:
             QCOMPARE(selectedProvider(list), QStringLiteral("ABP"));
 
             // A second current-employer scheme needs the user's consent. Showing it leaves ABP,
-            // whose full check asks about its early-retirement date, which differs on purpose from
-            // the end of counted income of its employment; Yes accepts it.
+            // whose full check passes without a question: the sample's early-retirement date is
+            // the end of counted income of its employment.
             click(find<QPushButton>(control, QStringLiteral("cmdNieuw")));
             auto *menu = find<QMenu>(control, QStringLiteral("Popup_Oud_Huidig"));
             QTRY_VERIFY(menu->isVisible());
-            messages.answerNext(MessageBox::Answer::Yes);
             messages.answerNext(MessageBox::Answer::Yes);
             // Picked with the mouse, as a user does.
             auto *huidige = find<QAction>(control, QStringLiteral("Huidige_Werkgever"));
@@ -69,15 +68,10 @@ private Q_SLOTS:
             // The offscreen platform made the menu the active window and does not hand activation
             // back when it closes, as a window system does.
             QVERIFY(showActive(&window));
-            QCOMPARE(messages.count(), 2);
+            QCOMPARE(messages.count(), 1);
             QCOMPARE(messages.requests().at(0).buttons, MessageBox::Buttons::YesNo);
             QCOMPARE(messages.requests().at(0).text, QStringLiteral("U heeft al een huidige werkgever geselecteerd.\n"
                                                                     "Wilt u toch een extra huidige werkgever toevoegen?"));
-            QCOMPARE(messages.last().buttons, MessageBox::Buttons::YesNo);
-            QCOMPARE(messages.lastTitle(), QStringLiteral("Ongelijke data"));
-            QCOMPARE(messages.lastText(), QStringLiteral("Ingangsdatum pré-pensioen stemt niet overeen met de datum "
-                                                         "inkomen meetellen tot van het dienstverband.\n"
-                                                         "Weet u zeker dat u dit wenst?"));
             auto app = window.currentCase();
             QCOMPARE(schemeCount(app, 1), 4);
             QCOMPARE(list->topLevelItemCount(), 7);
@@ -99,7 +93,7 @@ private Q_SLOTS:
             QVERIFY(find<QRadioButton>(control, QStringLiteral("optAanvrager_2"))->isChecked());
             // The panels reload before the list is rebuilt; nothing may read the moved-away
             // record meanwhile (that once showed the host's error report).
-            QCOMPARE(messages.count(), 2);
+            QCOMPARE(messages.count(), 1);
 
             // Deleting asks nothing.
             QTreeWidgetItem *brandNewDay = rowOf(list, QStringLiteral("Brand New Day"), QStringLiteral("Aanvrager"));
@@ -113,10 +107,9 @@ private Q_SLOTS:
             clickNavigation(&window, QStringLiteral("Deelnemers"));
             QCOMPARE(window.currentScreen(), MainWindow::Deelnemers);
             QVERIFY(window.close());
-            // Deleting showed ABP again without a check; leaving the screen checks it and asks
-            // the same question once more.
-            QCOMPARE(messages.count(), 3);
-            QCOMPARE(messages.lastTitle(), QStringLiteral("Ongelijke data"));
+            // Deleting showed ABP again without a check; leaving the screen checks it, and it
+            // passes without a word.
+            QCOMPARE(messages.count(), 1);
         }
 
         // Opening the example again opens the case file made the first time, with the edits.

@@ -1,5 +1,6 @@
 // Whole-case JSON: the samples, the round trip through a case file, and all-or-nothing import.
 
+#include "fiscalfigures.h"
 #include "hostapplication.h"
 #include "hostcheck.h"
 #include "usersim.h"
@@ -200,7 +201,10 @@ private slots:
         auto pen = app->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(1);
         QCOMPARE(pen->SoortRegeling(), qint16(1));
         QCOMPARE(pen->OuderdomRegelCount(), qint16(1));
-        QCOMPARE(app->Get_Parameters()->FranchiseA(), 15859.0);
+        // No figures and no year: a new case, with this year's figures.
+        const int year = Zarnoveld::FiscalFigures::yearFor(QDate::currentDate());
+        QCOMPARE(app->figureYear(), year);
+        QCOMPARE(app->Get_Parameters()->FranchiseA(), Zarnoveld::FiscalFigures::find(year)->values.franchiseA);
         QVERIFY(!app->Get_Dossier()->Get_Aanvrager(2));
     }
 };

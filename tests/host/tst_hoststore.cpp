@@ -1,6 +1,7 @@
 // The case file: write-through, reopening, renumbering, deferred writes, refusing foreign files.
 
 #include "hostapplication.h"
+#include "fiscalfigures.h"
 #include "store.h"
 
 #include <QFile>
@@ -92,7 +93,11 @@ private slots:
                  Zarnoveld::detail::Store::SchemaVersion);
         QCOMPARE(raw.scalar(QStringLiteral("PRAGMA journal_mode")).toString(), QStringLiteral("wal"));
         QCOMPARE(raw.scalar(QStringLiteral("SELECT COUNT(*) FROM aanvrager")).toInt(), 1);
-        QCOMPARE(raw.scalar(QStringLiteral("SELECT waarde FROM parameters WHERE naam = 'FranchiseA'")).toDouble(), 15859.0);
+        // A new case carries this year's figures and says which year they are.
+        const int year = Zarnoveld::FiscalFigures::yearFor(QDate::currentDate());
+        QCOMPARE(raw.scalar(QStringLiteral("SELECT waarde FROM parameters WHERE naam = 'FranchiseA'")).toDouble(),
+                 Zarnoveld::FiscalFigures::find(year)->values.franchiseA);
+        QCOMPARE(raw.scalar(QStringLiteral("SELECT Rekenjaar FROM dossier")).toInt(), year);
         // Foreign keys are declared: removing a scheme takes its rows along.
         QVERIFY(raw.scalar(QStringLiteral("SELECT sql FROM sqlite_master WHERE name = 'ouderdomregel'"))
                     .toString().contains(QStringLiteral("REFERENCES pensioen(id) ON DELETE CASCADE")));
@@ -442,26 +447,29 @@ private slots:
         Store::migrate(raw.db, Store::migrations(), 3);
         QCOMPARE(Store::versionOf(raw.db), 3);
         QVERIFY(raw.exec(QStringLiteral("SELECT HerkenningsNummer FROM pensioen")));
-        // Steps of this test's own follow the program's last one.
-        const int top = Store::SchemaVersion;
-        Store::migrate(raw.db, Store::migrations(), top);
+        // The real step 3 -> 4 records each case's figure year.
+        QVERIFY(!raw.exec(QStringLiteral("SELECT Rekenjaar FROM dossier")));
+        Store::migrate(raw.db, Store::migrations(), 4);
+        QVERIFY(raw.exec(QStringLiteral("SELECT Rekenjaar FROM dossier")));
+        Store::migrate(raw.db, Store::migrations(), Store::SchemaVersion);
+        const int last = Store::SchemaVersion;
         std::vector<Store::Migration> steps = Store::migrations();
-        steps.push_back({top, [](QSqlDatabase &db) {
+        steps.push_back({last, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("ALTER TABLE pensioen ADD COLUMN Notitie TEXT"));
                          }});
-        Store::migrate(raw.db, steps, top + 1);
-        QCOMPARE(Store::versionOf(raw.db), top + 1);
+        Store::migrate(raw.db, steps, last + 1);
+        QCOMPARE(Store::versionOf(raw.db), last + 1);
         QVERIFY(raw.exec(QStringLiteral("SELECT Notitie FROM pensioen")));
         // A step that fails leaves the file at the version before it.
-        steps.push_back({top + 1, [](QSqlDatabase &db) {
+        steps.push_back({last + 1, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("CREATE TABLE extra (x INTEGER)"));
                              throw HostError(HostErrorCode::StoreFailed, QStringLiteral("mislukt"));
                          }});
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, top + 2); }).number(), HostErrorCode::StoreFailed);
-        QCOMPARE(Store::versionOf(raw.db), top + 1);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, last + 2); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(Store::versionOf(raw.db), last + 1);
         QVERIFY(!raw.exec(QStringLiteral("SELECT x FROM extra")));
         // No known step: refused.
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), top + 3); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), last + 3); }).number(), HostErrorCode::StoreFailed);
     }
 
     void writeRefusedKeepsTheOldValue()

@@ -6,8 +6,11 @@
 //   zarnoveld register | unregister   the pension screen in the per-user component registry
 //   zarnoveld check CASE... [--json]  checks every scheme as the pension screen would, headless
 //   zarnoveld pensioenoverzicht CASE FILE --deelnemer aanvrager|partner [--proef]
+//   zarnoveld parameters CASE [--jaar JAAR]   shows the case's figure year, or moves it to JAAR
+//   zarnoveld --version | --help
 
 #include "check.h"
+#include "cli.h"
 #include "commands.h"
 #include "errorlog.h"
 #include "mainwindow.h"
@@ -117,6 +120,14 @@ int main(int argc, char **argv)
         return Zarnoveld::Check::main(argc, argv);
     if (argc > 1 && qstrcmp(argv[1], "pensioenoverzicht") == 0)
         return Zarnoveld::OverviewCommand::main(argc, argv);
+    // The help and the version need no application object and no display.
+    if (int exitCode = 0; Zarnoveld::Cli::handleHelpOrVersion(argc, argv, &exitCode))
+        return exitCode;
+    // Always headless, with its own application object: decided before one is made here.
+    if (argc > 1 && qstrcmp(argv[1], "check") == 0)
+        return Zarnoveld::Check::main(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], "parameters") == 0)
+        return Zarnoveld::Cli::parametersMain(argc, argv);
     const bool display = hasDisplay();
     if (!display)
         qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -2,12 +2,14 @@
 
 #include "commands.h"
 #include "errorlog.h"
+#include "fiscalfigures.h"
 #include "messagebox.h"
 #include "participantsscreen.h"
 #include "pensionscreen.h"
 #include "previewdialog.h"
 
 #include <QCloseEvent>
+#include <QDate>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -64,6 +66,9 @@ MainWindow::MainWindow(QWidget *parent)
     action("actImporteren", QStringLiteral("&Importeren..."), &MainWindow::importJson);
     action("actExporteren", QStringLiteral("&Exporteren..."), &MainWindow::exportJson);
     action("actPensioenoverzicht", QStringLiteral("Pensioenoverzicht inlezen..."), &MainWindow::importOverview);
+    action("actRekenjaar", QStringLiteral("&Fiscale cijfers bijwerken naar %1...").arg(FiscalFigures::yearFor(QDate::currentDate())),
+           &MainWindow::moveToCurrentFigureYear);
+    m_figureYear = file->findChild<QAction *>(QStringLiteral("actRekenjaar"));
     file->addSeparator();
     action("actAfsluiten", QStringLiteral("&Afsluiten"), &QWidget::close, QKeySequence(Qt::CTRL | Qt::Key_Q));
 
@@ -71,6 +76,7 @@ MainWindow::MainWindow(QWidget *parent)
     if (!restoreGeometry(settings.value(QStringLiteral("venster/geometrie")).toByteArray()))
         resize(1280, 860);
     updateTitle();
+    updateFigureYearAction();
 }
 
 MainWindow::~MainWindow() = default;
@@ -105,6 +111,7 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
             ErrorLog::show(this, record);
         });
     }
+    updateFigureYearAction();
     m_participants->setApplication(m_case);
     if (currentScreen() == Pensioenen && m_case) {
         QString reason;
@@ -289,6 +296,43 @@ void MainWindow::importOverview()
         m_pensions->setApplication(m_case);
     else
         showScreen(Pensioenen);
+void MainWindow::updateFigureYearAction()
+{
+    if (!m_figureYear)
+        return;
+    const int current = FiscalFigures::yearFor(QDate::currentDate());
+    m_figureYear->setEnabled(m_case && m_case->figureYear() != current);
+    m_figureYear->setToolTip(m_case ? QStringLiteral("Dit dossier rekent met de fiscale cijfers van %1.").arg(m_case->figureYear())
+                                    : QString());
+}
+
+void MainWindow::moveToCurrentFigureYear()
+{
+    const int current = FiscalFigures::yearFor(QDate::currentDate());
+    if (!m_case || m_case->figureYear() == current || !leavePensionScreen())
+        return;
+    const QString question =
+        QStringLiteral("Dit dossier rekent met de fiscale cijfers van %1. Wilt u het bijwerken naar de cijfers van %2?\n\n"
+                       "De franchise van elke regeling waarvan de franchise wordt berekend, verandert mee; "
+                       "een zelf ingevulde franchise blijft staan.")
+            .arg(m_case->figureYear())
+            .arg(current);
+    if (!MessageBox::yesNo(this, question, QStringLiteral("Fiscale cijfers bijwerken")))
+        return;
+    try {
+        const HostApplication::FigureYearMove move = m_case->moveToFigureYear(current);
+        // The pension screen reloads what the case holds now. Not setCase(): ending the control
+        // would also remove the schemes it marked for removal on close.
+        updateFigureYearAction();
+        if (currentScreen() == Pensioenen)
+            m_pensions->setApplication(m_case);
+        QString report = QStringLiteral("Het dossier rekent nu met de fiscale cijfers van %1.").arg(current);
+        if (!move.schemes.isEmpty())
+            report += QStringLiteral("\n\nGewijzigde regelingen:\n") + move.schemes.join(QLatin1Char('\n'));
+        MessageBox::ok(this, report, QStringLiteral("Fiscale cijfers bijgewerkt"), MessageBox::Icon::Information);
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Fiscale cijfers niet bijgewerkt"));
+    }
 }
 
 void MainWindow::updateTitle()

@@ -47,12 +47,16 @@ private:
     void exportJson();
     void importOverview();
     void updateTitle();
+    // Moves the open case to this year's fiscal figures, after the adviser confirms.
+    void moveToCurrentFigureYear();
+    void updateFigureYearAction();
 
     std::shared_ptr<HostApplication> m_case;
     QListWidget *m_navigation = nullptr;
     QStackedWidget *m_stack = nullptr;
     ParticipantsScreen *m_participants = nullptr;
     PensionScreen *m_pensions = nullptr;
+    QAction *m_figureYear = nullptr;
 };
 
 } // namespace Zarnoveld

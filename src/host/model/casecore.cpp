@@ -2,58 +2,26 @@
 
 #include "store.h"
 
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QDate>
 
 #include <algorithm>
 #include <cmath>
 #include <set>
 
-static void initModelResources()
-{
-    // The model is a static library: its resource must be registered by hand.
-    Q_INIT_RESOURCE(model);
-}
 
 namespace Zarnoveld::detail {
 
 using VandrelApplication::HostError;
 namespace Code = VandrelApplication::HostErrorCode;
 
-namespace {
-
-double roundCents(double value)
+int figureYearForNewCase()
 {
-    return std::round(value * 100.0) / 100.0;
+    return FiscalFigures::yearFor(QDate::currentDate());
 }
 
-} // namespace
-
-// Group B franchises and the ANW maximum are derived from the statutory benefit in the file, so a
-// yearly update changes one base figure instead of three results that must agree.
 ParameterValues builtInParameters()
 {
-    static const ParameterValues values = [] {
-        initModelResources();
-        QFile file(QStringLiteral(":/zarnoveld/parameters.json"));
-        file.open(QIODevice::ReadOnly);
-        const QJsonObject o = QJsonDocument::fromJson(file.readAll()).object();
-        const auto value = [&o](const char *name) {
-            return o.value(QLatin1String(name)).toObject().value(QLatin1String("waarde")).toDouble();
-        };
-        ParameterValues p;
-        p.defaultOpbouwEindloon = static_cast<float>(value("DefaultOpbouwEindloon"));
-        p.defaultOpbouwMiddelloon = static_cast<float>(value("DefaultOpbouwMiddelloon"));
-        p.franchiseEindloonA = value("FranchiseEindloonA");
-        p.franchiseA = value("FranchiseA");
-        const double aow = value("AowJaarbedragSamenwonend");
-        p.franchiseEindloonB = roundCents(aow * 10.0 / 7.0);
-        p.franchiseB = roundCents(aow * 100.0 / 75.0);
-        p.maxAnwCompensation = roundCents(value("AnwNabestaandenuitkeringJaar") * 0.75);
-        return p;
-    }();
-    return values;
+    return FiscalFigures::find(figureYearForNewCase())->values;
 }
 
 CaseCore::CaseCore() = default;

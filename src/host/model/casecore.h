@@ -4,6 +4,7 @@
 // every change is written through to, and the id counters. Handles keep it alive.
 
 #include "casedata.h"
+#include "fiscalfigures.h"
 
 #include <QHash>
 #include <QString>
@@ -17,18 +18,10 @@ namespace Zarnoveld::detail {
 
 class Store;
 
-struct ParameterValues
-{
-    float defaultOpbouwEindloon = 0;
-    float defaultOpbouwMiddelloon = 0;
-    double franchiseEindloonA = 0;
-    double franchiseEindloonB = 0;
-    double franchiseA = 0;
-    double franchiseB = 0;
-    double maxAnwCompensation = 0;
-};
+using ParameterValues = FiscalFigures::Values;
 
-// The figures shipped with the program (compiled-in parameters.json).
+// The figure year a case made today gets, and its figures.
+int figureYearForNewCase();
 ParameterValues builtInParameters();
 
 struct Change

@@ -11,6 +11,7 @@ namespace {
 
 constexpr FieldDef dossierFields[] = {
     {"SyncVlaggen", Kind::Int32},
+    {"Rekenjaar", Kind::Int16, 4},   // the year of the case's fiscal figures
 };
 constexpr FieldDef aanvragerFields[] = {
     {"Naam", Kind::Text},

@@ -36,7 +36,7 @@ QVariant defaultValue(Kind kind);
 // Normalises a value to the field's C++ type; a date not filled becomes a null QDate.
 QVariant normalise(Kind kind, const QVariant &value);
 
-namespace DossierF { enum : int { SyncVlaggen, Count }; }
+namespace DossierF { enum : int { SyncVlaggen, Rekenjaar, Count }; }
 namespace AanvragerF { enum : int { Naam, GeboorteDatum, Categorie, Count }; }
 namespace DienstverbandF { enum : int { Key, Werkgever, Dt_Begin, Dt_Einde, Salaris, Dt_InkomenMeetellenTot, Count }; }
 namespace PensioenF {

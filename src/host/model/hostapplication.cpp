@@ -13,6 +13,7 @@ std::shared_ptr<DossierNode> detail::newDossierTree(CaseCore &core)
 {
     auto dossier = std::make_shared<DossierNode>();
     dossier->id = core.newId(DossierTable);
+    dossier->v[DossierF::Rekenjaar] = normalise(Kind::Int16, figureYearForNewCase());
     auto applicant = std::make_shared<AanvragerNode>();
     applicant->id = core.newId(AanvragerTable);
     applicant->v[AanvragerF::Categorie] = QVariant::fromValue<quint8>(1);

@@ -9,6 +9,7 @@
 #include <QJsonObject>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -65,6 +66,22 @@ public:
     // True when the case file was opened read-only: it is shown as it is and every change throws
     // HostError(InvalidState) with a Dutch description.
     bool readOnly() const;
+
+    // The year of the fiscal figures the case computes with.
+    int figureYear() const;
+    // What moving a case to another figure year changed, in Dutch lines for the adviser.
+    struct FigureYearMove
+    {
+        int from = 0;
+        int to = 0;
+        QStringList figures;   // "FranchiseA: 18.475,00 -> 19.172,00"
+        QStringList schemes;   // "Jan van den Berg, regeling 1 (ABP): Franchise 18.475,00 -> 19.172,00"
+        bool changed() const { return from != to || !figures.isEmpty() || !schemes.isEmpty(); }
+    };
+    // Gives the case the figures of `year`: the figures, the year, and for every scheme whose
+    // franchise is kept computed the franchise (and the basis and accrual computed from it), all
+    // in one transaction. Throws HostError (Dutch) for a year without figures.
+    FigureYearMove moveToFigureYear(int year);
 
 private:
     HostApplication();

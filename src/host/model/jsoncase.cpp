@@ -324,6 +324,7 @@ QJsonObject HostApplication::exportJson() const
     const CaseCore &core = *d->core;
     QJsonObject root;
     root.insert(QStringLiteral("SyncVlaggen"), core.dossier->i(DossierF::SyncVlaggen));
+    root.insert(QStringLiteral("Rekenjaar"), core.dossier->i(DossierF::Rekenjaar));
     const ParameterValues &p = core.params;
     QJsonObject params;
     params.insert(QStringLiteral("DefaultOpbouwEindloon"), floatToJson(p.defaultOpbouwEindloon));
@@ -381,12 +382,31 @@ std::shared_ptr<HostApplication> HostApplication::importJson(const QJsonObject &
     auto dossier = std::make_shared<DossierNode>();
     dossier->id = core->newId(DossierTable);
     const QString root = QStringLiteral("$");
+    bool hasParameters = false;
+    int year = 0;
+    if (document.contains(QLatin1String("Rekenjaar"))) {
+        const QString at = root + QStringLiteral(".Rekenjaar");
+        year = fieldFromJson(FieldDef{"Rekenjaar", Kind::Int16}, document.value(QLatin1String("Rekenjaar")), at).toInt();
+        const FiscalFigures::Year *figures = FiscalFigures::find(year);
+        if (!figures) {
+            QStringList known;
+            for (int y : FiscalFigures::years())
+                known << QString::number(y);
+            bad(at, QStringLiteral("voor %1 zijn geen fiscale cijfers bekend (wel voor %2).")
+                        .arg(year)
+                        .arg(known.join(QStringLiteral(", "))));
+        }
+        core->params = figures->values;
+    }
 
     for (auto it = document.begin(); it != document.end(); ++it) {
         const QString at = root + QLatin1Char('.') + it.key();
         if (it.key() == QLatin1String("SyncVlaggen")) {
             dossier->v[DossierF::SyncVlaggen] = fieldFromJson(FieldDef{"SyncVlaggen", Kind::Int32}, it.value(), at);
+        } else if (it.key() == QLatin1String("Rekenjaar")) {
+            // Read before the loop: the year's figures are the base for the "Parameters" block.
         } else if (it.key() == QLatin1String("Parameters")) {
+            hasParameters = true;
             const QJsonObject po = objectAt(it.value(), at);
             std::vector<double> values(std::size(kParameterFields));
             const ParameterValues &b = core->params;
@@ -433,6 +453,19 @@ std::shared_ptr<HostApplication> HostApplication::importJson(const QJsonObject &
     for (const auto &anv : dossier->aanvragers)
         for (const auto &pen : anv->pensioenen)
             pen->v[PensioenF::Dt_65] = Rules::dateOf65(anv->date(AanvragerF::GeboorteDatum));
+    // The figure year: as the document states it. A document without a year is either a case
+    // written before years were kept (it carries its figures: they get the year they match, else
+    // 2025, as a case file of that age does) or a new case (no figures: this year's). A document
+    // that states a year without figures gets that year's figures; figures it states always win,
+    // so an exported case comes back exactly as it was.
+    if (!year && hasParameters) {
+        const int matched = FiscalFigures::matchingYear(core->params);
+        year = matched ? matched : FiscalFigures::kYearOfUnmarkedCases;
+    } else if (!year) {
+        year = figureYearForNewCase();
+        core->params = FiscalFigures::find(year)->values;
+    }
+    dossier->v[DossierF::Rekenjaar] = normalise(Kind::Int16, year);
 
     core->dossier = dossier;
     if (!path.isEmpty()) {

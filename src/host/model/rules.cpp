@@ -73,6 +73,35 @@ QDate dateOf65(const QDate &birth)
         return {};
     const QDate at65 = birth.addYears(65);
     return QDate(at65.year(), at65.month(), 1);
+// The host does not link the pension screen (it loads it at run time), yet a case moved to another
+// figure year must store the franchise the screen would compute, without the screen open. These
+// are the screen's own rules for the computed franchise, basis and accrual; an end-to-end test
+// shows a moved scheme on the screen and checks that nothing changes.
+bool isFirstFranchiseGroup(int categorie)
+{
+    for (int code : {1, 2, 4, 6, 7})
+        if (categorie == code)
+            return true;
+    return false;
+}
+
+double franchiseFor(int soortRegeling, int categorie, const FiscalFigures::Values &figures)
+{
+    const bool first = isFirstFranchiseGroup(categorie);
+    if (soortRegeling == 1)
+        return first ? figures.franchiseEindloonA : figures.franchiseEindloonB;
+    return first ? figures.franchiseA : figures.franchiseB;
+}
+
+double grondslagFor(double salaris, double franchise)
+{
+    const double difference = salaris - franchise;
+    return 0.0 > difference ? 0.0 : difference;   // the screen's MaxOf(0, difference)
+}
+
+double aangroeiFor(float opbouwPercentage, double grondslag)
+{
+    return double(opbouwPercentage) * grondslag / 100.0;
 }
 
 } // namespace Zarnoveld::Rules

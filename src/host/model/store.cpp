@@ -106,14 +106,24 @@ void createSchemaV1(QSqlDatabase &db)
     execOrThrow(db, QStringLiteral("CREATE TABLE parameters (naam TEXT PRIMARY KEY, waarde REAL NOT NULL)"));
 }
 
-const char *const kParameterNames[] = {"DefaultOpbouwEindloon", "DefaultOpbouwMiddelloon",
-                                       "FranchiseEindloonA", "FranchiseEindloonB", "FranchiseA",
-                                       "FranchiseB", "MaxAnwCompensation"};
-
-std::vector<double> parameterValues(const ParameterValues &p)
+ParameterValues readParameters(QSqlDatabase &db)
 {
-    return {p.defaultOpbouwEindloon, p.defaultOpbouwMiddelloon, p.franchiseEindloonA,
-            p.franchiseEindloonB, p.franchiseA, p.franchiseB, p.maxAnwCompensation};
+    QSqlQuery q(db);
+    if (!q.exec(QStringLiteral("SELECT naam, waarde FROM parameters")))
+        fail(Code::StoreFailed, QStringLiteral("De parameters van het dossier kunnen niet worden gelezen."));
+    std::unordered_map<QString, double> values;
+    while (q.next())
+        values[q.value(0).toString()] = q.value(1).toDouble();
+    const auto get = [&values](const char *n) { return values[QLatin1String(n)]; };
+    ParameterValues params;
+    params.defaultOpbouwEindloon = static_cast<float>(get("DefaultOpbouwEindloon"));
+    params.defaultOpbouwMiddelloon = static_cast<float>(get("DefaultOpbouwMiddelloon"));
+    params.franchiseEindloonA = get("FranchiseEindloonA");
+    params.franchiseEindloonB = get("FranchiseEindloonB");
+    params.franchiseA = get("FranchiseA");
+    params.franchiseB = get("FranchiseB");
+    params.maxAnwCompensation = get("MaxAnwCompensation");
+    return params;
 }
 
 bool hasTable(QSqlDatabase &db, const QString &name)
@@ -145,12 +155,25 @@ static std::function<void(QSqlDatabase &)> addColumnsOfVersion(int version)
     };
 }
 
+// Version 4 records each case's figure year. A file from before then carries figures without a
+// year: it gets the known year whose figures it holds exactly, otherwise 2025, the year the figures
+// of those versions were labelled with. Its figures stay as they are; moving the case to another
+// year is the adviser's decision (zarnoveld parameters CASE --jaar N).
+static void addFigureYear(QSqlDatabase &db)
+{
+    addColumnsOfVersion(4)(db);
+    const int matched = FiscalFigures::matchingYear(readParameters(db));
+    const int year = matched ? matched : FiscalFigures::kYearOfUnmarkedCases;
+    execOrThrow(db, QStringLiteral("UPDATE dossier SET \"Rekenjaar\" = %1").arg(year));
+}
+
 const std::vector<Store::Migration> &Store::migrations()
 {
     static const std::vector<Migration> steps{
         {0, createSchemaV1},
         {1, addColumnsOfVersion(2)},
         {2, addColumnsOfVersion(3)},
+        {3, addFigureYear},
     };
     return steps;
 }
@@ -298,13 +321,7 @@ std::unique_ptr<Store> Store::create(const QString &path, const DossierNode &tre
         configure(store->m_db);
         migrate(store->m_db, migrations(), SchemaVersion);
         store->begin();
-        QSqlQuery &q = store->prepared(QStringLiteral("param"), QStringLiteral("INSERT INTO parameters (naam, waarde) VALUES (?, ?)"));
-        const auto values = parameterValues(params);
-        for (size_t i = 0; i < values.size(); ++i) {
-            q.bindValue(0, QLatin1String(kParameterNames[i]));
-            q.bindValue(1, values[i]);
-            store->exec(q);
-        }
+        store->writeParameters(params);
         store->insertTree(tree);
         store->commit();
     } catch (...) {
@@ -386,22 +403,7 @@ Node *adopt(std::vector<std::shared_ptr<Node>> &children)
 
 std::shared_ptr<DossierNode> Store::load(QSqlDatabase &db, ParameterValues &params)
 {
-    {
-        QSqlQuery q(db);
-        if (!q.exec(QStringLiteral("SELECT naam, waarde FROM parameters")))
-            fail(Code::StoreFailed, QStringLiteral("De parameters van het dossier kunnen niet worden gelezen."));
-        std::unordered_map<QString, double> values;
-        while (q.next())
-            values[q.value(0).toString()] = q.value(1).toDouble();
-        const auto get = [&values](const char *n) { return values[QLatin1String(n)]; };
-        params.defaultOpbouwEindloon = static_cast<float>(get("DefaultOpbouwEindloon"));
-        params.defaultOpbouwMiddelloon = static_cast<float>(get("DefaultOpbouwMiddelloon"));
-        params.franchiseEindloonA = get("FranchiseEindloonA");
-        params.franchiseEindloonB = get("FranchiseEindloonB");
-        params.franchiseA = get("FranchiseA");
-        params.franchiseB = get("FranchiseB");
-        params.maxAnwCompensation = get("MaxAnwCompensation");
-    }
+    params = readParameters(db);
 
     // Reads every row of a table in order; fill gets the record and its parent id.
     const auto readTable = [&db](const TableDef &t, auto &&make) {
@@ -609,6 +611,18 @@ void Store::insertPensioen(const PensioenNode &pen, qint64 parentId, int pos)
     int a = 0;
     for (const auto &ao : pen.ao)
         insert(*ao, pen.id, ++a);
+}
+
+void Store::writeParameters(const ParameterValues &params)
+{
+    QSqlQuery &q = prepared(QStringLiteral("param"),
+                            QStringLiteral("INSERT OR REPLACE INTO parameters (naam, waarde) VALUES (?, ?)"));
+    const std::vector<double> values = FiscalFigures::asList(params);
+    for (size_t i = 0; i < values.size(); ++i) {
+        q.bindValue(0, FiscalFigures::names().at(qsizetype(i)));
+        q.bindValue(1, values[i]);
+        exec(q);
+    }
 }
 
 void Store::insertTree(const DossierNode &tree)

@@ -19,7 +19,7 @@ namespace Zarnoveld::detail {
 class Store
 {
 public:
-    static constexpr int SchemaVersion = 3;
+    static constexpr int SchemaVersion = 4;
 
     // One step of the schema's history: brings a file from version `from` to `from + 1`.
     struct Migration
@@ -65,6 +65,8 @@ public:
     // Writes a whole record with its children (new files, imports).
     void insertTree(const DossierNode &tree);
     void insertPensioen(const PensioenNode &pen, qint64 parentId, int pos);
+    // Replaces the case's stored figures (the dossier's year is an ordinary field).
+    void writeParameters(const ParameterValues &params);
 
 private:
     Store();
