@@ -77,6 +77,8 @@ qint64 CaseCore::newId(const TableDef &table)
 void CaseCore::seedIds()
 {
     m_nextId.clear();
+    for (const BinItem &item : bin)
+        m_nextBinId = std::max(m_nextBinId, item.id);
     const auto bump = [this](const Record &r) {
         qint64 &next = m_nextId[r.def];
         next = std::max(next, r.id);
@@ -113,6 +115,8 @@ void CaseCore::write(const std::function<void(Store *)> &body)
     checkOpen();
     if (!store) {
         body(nullptr);
+        if (written)
+            written();
         return;
     }
     store->begin();
@@ -129,6 +133,8 @@ void CaseCore::write(const std::function<void(Store *)> &body)
                             .arg(QString::fromLocal8Bit(e.what())),
                         QStringLiteral("Zarnoveld"));
     }
+    if (written)
+        written();
 }
 
 void CaseCore::set(std::vector<Change> changes, PensioenNode *scheme)

@@ -19,7 +19,7 @@ namespace Zarnoveld::detail {
 class Store
 {
 public:
-    static constexpr int SchemaVersion = 2;
+    static constexpr int SchemaVersion = 5;
 
     // One step of the schema's history: brings a file from version `from` to `from + 1`.
     struct Migration
@@ -58,6 +58,11 @@ public:
     // Writes a whole record with its children (new files, imports).
     void insertTree(const DossierNode &tree);
     void insertPensioen(const PensioenNode &pen, qint64 parentId, int pos);
+
+    // The case's bin of removed schemes.
+    void binInsert(const BinItem &item);
+    void binRemove(qint64 id);
+    std::vector<BinItem> loadBin();
 
 private:
     Store();
