@@ -11,12 +11,14 @@
 #include "errorlog.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
+#include "translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QPixmap>
 #include <QScrollArea>
 #include <QScreen>
@@ -98,9 +100,16 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("zarnoveld"));
     QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
 
+    // Dutch whatever the user's locale: Qt's own texts (file dialogs, context menus, the help's
+    // headings) come from its Dutch catalogue, numbers and dates from the Dutch locale.
+    Zarnoveld::installDutchTranslations(&app);
+    QLocale::setDefault(QLocale(QLocale::Dutch, QLocale::Netherlands));
+
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Zarnoveld: adviesdossiers met het pensioenscherm."));
-    parser.addHelpOption();
+    // Qt's own help option describes itself in English; this one says the same in Dutch.
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Toon deze hulp en stop."));
+    parser.addOption(help);
     QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                   QStringLiteral("Schrijf een schermafdruk naar BESTAND en stop."),
                                   QStringLiteral("BESTAND"));
@@ -110,6 +119,11 @@ int main(int argc, char **argv)
     parser.addOption(screen);
     parser.addPositionalArgument(QStringLiteral("opdracht"), QStringLiteral("Een dossier, of import/export/register/unregister."));
     parser.process(app);
+    if (parser.isSet(help)) {
+        out() << parser.helpText();
+        out().flush();
+        return 0;
+    }
     const QStringList args = parser.positionalArguments();
     const QString command = args.value(0);
 
