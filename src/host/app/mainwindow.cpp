@@ -60,6 +60,9 @@ MainWindow::MainWindow(QWidget *parent)
     setObjectName(QStringLiteral("zarnoveldMain"));
     auto *central = new QWidget(this);
     auto *layout = new QHBoxLayout(central);
+    // Narrow margins: on a laptop every pixel of width goes to the pension screen.
+    layout->setContentsMargins(4, 4, 4, 0);
+    layout->setSpacing(4);
     m_navigation = new QListWidget(central);
     m_navigation->setObjectName(QStringLiteral("lstSchermen"));
     m_navigation->addItems({QStringLiteral("Deelnemers"), QStringLiteral("Pensioenen")});
@@ -121,6 +124,8 @@ MainWindow::MainWindow(QWidget *parent)
     m_findingsDock->setWidget(m_findings);
     addDockWidget(Qt::BottomDockWidgetArea, m_findingsDock);
     m_findingsDock->hide();
+    // A double click, or Enter on the keyboard; selecting the scheme shown already changes nothing.
+    connect(m_findings, &QListWidget::itemDoubleClicked, this, &MainWindow::findingActivated);
     connect(m_findings, &QListWidget::itemActivated, this, &MainWindow::findingActivated);
     connect(m_findingsDock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
         if (visible && m_checkTimer->isActive())
