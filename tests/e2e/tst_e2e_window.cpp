@@ -87,15 +87,15 @@ private Q_SLOTS:
             MainWindow window;
             firstSize = window.size();
             QVERIFY(showActive(&window));
-            window.resize(1010, 707);
-            QTRY_COMPARE(window.size(), QSize(1010, 707));
+            window.resize(701, 507);
+            QTRY_COMPARE(window.size(), QSize(701, 507));
             QVERIFY(window.close());
         }
-        QVERIFY(firstSize != QSize(1010, 707));
+        QVERIFY(firstSize != QSize(701, 507));
         MainWindow again;
-        QCOMPARE(again.size(), QSize(1010, 707));
+        QCOMPARE(again.size(), QSize(701, 507));
         QVERIFY(showActive(&again));
-        QCOMPARE(again.size(), QSize(1010, 707));
+        QCOMPARE(again.size(), QSize(701, 507));
         QVERIFY(again.close());
     }
 };
