@@ -15,10 +15,13 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDockWidget>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocale>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPixmap>
 #include <QScrollArea>
 #include <QScreen>
@@ -117,6 +120,11 @@ int main(int argc, char **argv)
                               QStringLiteral("SCHERM"), QStringLiteral("pensioenen"));
     parser.addOption(screenshot);
     parser.addOption(screen);
+    QCommandLineOption findingsPane(QStringLiteral("controle"), QStringLiteral("Toon het paneel Controle (bij --screenshot)."));
+    QCommandLineOption openMenu(QStringLiteral("menu"), QStringLiteral("Open dit menu, bijvoorbeeld Bestand (bij --screenshot)."),
+                                QStringLiteral("MENU"));
+    parser.addOption(findingsPane);
+    parser.addOption(openMenu);
     parser.addPositionalArgument(QStringLiteral("opdracht"), QStringLiteral("Een dossier, of import/export/register/unregister."));
     parser.process(app);
     if (parser.isSet(help)) {
@@ -175,6 +183,18 @@ int main(int argc, char **argv)
 
     if (parser.isSet(screenshot) || !display) {
         fitPensionScreen(window);
+        if (parser.isSet(findingsPane)) {
+            if (auto *dock = window.findChild<QDockWidget *>(QStringLiteral("dockControle")))
+                dock->show();
+            window.refreshFindings();
+        }
+        if (parser.isSet(openMenu)) {
+            auto *menu = window.menuBar()->findChild<QMenu *>(QStringLiteral("mnu") + parser.value(openMenu));
+            if (!menu)
+                return fail(QStringLiteral("er is geen menu %1").arg(parser.value(openMenu)));
+            const QRect place = window.menuBar()->actionGeometry(menu->menuAction());
+            menu->popup(window.menuBar()->mapToGlobal(place.bottomLeft()));
+        }
         const QString path = parser.isSet(screenshot) ? parser.value(screenshot)
                                                       : QStringLiteral("zarnoveld-pensioenscherm.png");
         if (!writeScreenshot(&window, path))
