@@ -128,7 +128,14 @@ MainWindow::MainWindow(QWidget *parent)
     connect(m_findings, &QListWidget::itemDoubleClicked, this, &MainWindow::findingActivated);
     connect(m_findings, &QListWidget::itemActivated, this, &MainWindow::findingActivated);
     connect(m_findingsDock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
-        if (visible && m_checkTimer->isActive())
+        if (!visible)
+            return;
+        // Opened the first time: a few lines high, so the pension screen keeps its room.
+        if (!m_findingsDock->property("zarnoveldSized").toBool()) {
+            m_findingsDock->setProperty("zarnoveldSized", true);
+            resizeDocks({m_findingsDock}, {7 * fontMetrics().lineSpacing()}, Qt::Vertical);
+        }
+        if (m_checkTimer->isActive())
             refreshFindings();
     });
 
@@ -249,7 +256,7 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
         m_case->setChangeHandler([this] {
             m_lastStored = QDateTime::currentDateTime();
             m_changeTimer->start();
-            m_checkTimer->start();
+            m_checkTimer->start(CheckPauseMs);
         });
         if (!m_case->filePath().isEmpty() && !UserSettings::addRecentCase(m_case->filePath()))
             statusBar()->showMessage(QStringLiteral("De lijst met recente dossiers kon niet worden bewaard."), 5000);
@@ -264,11 +271,11 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
     m_checkState.clear();
     updateTitle();
     updateStatus();
+    // The first check once the window has painted the case.
     if (m_case)
-        m_checkTimer->start(0);
+        m_checkTimer->start(300);
     else
         m_checkTimer->stop();
-    m_checkTimer->setInterval(CheckPauseMs);
 }
 
 MainWindow::Screen MainWindow::currentScreen() const
