@@ -87,15 +87,15 @@ private Q_SLOTS:
             MainWindow window;
             firstSize = window.size();
             QVERIFY(showActive(&window));
-            window.resize(701, 507);
-            QTRY_COMPARE(window.size(), QSize(701, 507));
+            window.resize(1010, 707);
+            QTRY_COMPARE(window.size(), QSize(1010, 707));
             QVERIFY(window.close());
         }
-        QVERIFY(firstSize != QSize(701, 507));
+        QVERIFY(firstSize != QSize(1010, 707));
         MainWindow again;
-        QCOMPARE(again.size(), QSize(701, 507));
+        QCOMPARE(again.size(), QSize(1010, 707));
         QVERIFY(showActive(&again));
-        QCOMPARE(again.size(), QSize(701, 507));
+        QCOMPARE(again.size(), QSize(1010, 707));
         QVERIFY(again.close());
     }
 };

@@ -17,6 +17,7 @@
 #include <QCommandLineParser>
 #include <QDockWidget>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocale>
@@ -25,6 +26,7 @@
 #include <QPixmap>
 #include <QScrollArea>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
 
@@ -95,8 +97,20 @@ int main(int argc, char **argv)
     if (argc > 1 && qstrcmp(argv[1], "check") == 0)
         return Zarnoveld::Check::main(argc, argv);
     const bool display = hasDisplay();
-    if (!display)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a display the picture is drawn as on a 1920x1080 monitor: the window keeps within
+    // its screen, and the offscreen platform's own screen is only 800x600.
+    QTemporaryDir screenConfig;
+    if (!display) {
+        QFile config(screenConfig.filePath(QStringLiteral("scherm.json")));
+        if (screenConfig.isValid() && config.open(QIODevice::WriteOnly)) {
+            config.write(R"({"screens": [{"name": "scherm", "x": 0, "y": 0, "width": 1920, "height": 1080,
+                                          "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+            config.close();
+            qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
+        } else {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+    }
 
     Zarnoveld::GuardedApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Vandrel"));

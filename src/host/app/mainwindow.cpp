@@ -22,6 +22,7 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -46,6 +47,39 @@ QString dossierFolder()
 {
     return QFileInfo(Commands::caseFileFor(QStringLiteral("x.json"))).absolutePath();
 }
+
+// The case file's path can be long: it takes the room the status bar has left and is shortened in
+// the middle, never widening the window. The whole path is its tool tip.
+class ElidedLabel : public QLabel
+{
+public:
+    explicit ElidedLabel(QWidget *parent)
+        : QLabel(parent)
+    {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+    void setFullText(const QString &text)
+    {
+        m_full = text;
+        elide();
+    }
+    QString fullText() const { return m_full; }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QLabel::resizeEvent(event);
+        elide();
+    }
+
+private:
+    void elide()
+    {
+        const int room = contentsRect().width();
+        setText(room > 0 ? fontMetrics().elidedText(m_full, Qt::ElideMiddle, room) : m_full);
+    }
+    QString m_full;
+};
 
 QString nameOf(const VandrelApplication::AanvragerPtr &participant)
 {
@@ -153,7 +187,7 @@ MainWindow::MainWindow(QWidget *parent)
     help->findChild<QAction *>(QStringLiteral("actHandleiding"))->setShortcut(QKeySequence(Qt::Key_F1));
     help->addAction(QStringLiteral("&Over Zarnoveld"), this, &MainWindow::showAbout)->setObjectName(QStringLiteral("actOver"));
 
-    m_fileLabel = new QLabel(this);
+    m_fileLabel = new ElidedLabel(this);
     m_fileLabel->setObjectName(QStringLiteral("lblDossierbestand"));
     m_savedLabel = new QLabel(this);
     m_savedLabel->setObjectName(QStringLiteral("lblOpgeslagen"));
@@ -581,14 +615,17 @@ void MainWindow::updateTitle()
 
 void MainWindow::updateStatus()
 {
+    auto *fileLabel = static_cast<ElidedLabel *>(m_fileLabel);
     if (!m_case) {
-        m_fileLabel->setText(QStringLiteral("Geen dossier geopend"));
+        fileLabel->setFullText(QStringLiteral("Geen dossier geopend"));
+        fileLabel->setToolTip(QString());
         m_savedLabel->clear();
         m_checkLabel->clear();
         return;
     }
     const QString file = m_case->filePath();
-    m_fileLabel->setText(file.isEmpty() ? QStringLiteral("Dossier alleen in het geheugen") : QStringLiteral("Dossier: %1").arg(file));
+    fileLabel->setFullText(file.isEmpty() ? QStringLiteral("Dossier alleen in het geheugen") : QStringLiteral("Dossier: %1").arg(file));
+    fileLabel->setToolTip(file);
     if (m_case->isReadOnly())
         m_savedLabel->setText(QStringLiteral("Alleen lezen: wijzigingen worden niet opgeslagen"));
     else if (file.isEmpty())
@@ -618,8 +655,11 @@ void MainWindow::refreshFindings()
             return;
         }
     }
+    // A case of 2 x 99 schemes takes a noticeable moment: the adviser sees that it is busy.
     m_checkLabel->setText(QStringLiteral("Controle: bezig..."));
     m_checkLabel->repaint();
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    const auto restoreCursor = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
     Check::CaseResult result;
     const QString source = m_case->filePath().isEmpty() ? QStringLiteral("dossier") : m_case->filePath();
     try {
