@@ -19,6 +19,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -337,7 +339,11 @@ private Q_SLOTS:
         window.setCase(app);
         QCOMPARE(window.windowTitle(), QStringLiteral("Anna de Wit en %1 [alleen lezen] \u2014 Zarnoveld").arg(partner));
         QVERIFY(saved->text().startsWith(QStringLiteral("Alleen lezen")));
+        QVERIFY(!find<QAction>(&window, QStringLiteral("actTerugzetten"))->isEnabled());
+        QVERIFY(!find<QAction>(&window, QStringLiteral("actPrullenbakLegen"))->isEnabled());
         app->setReadOnly(false);
+        window.setCase(app);
+        QVERIFY(find<QAction>(&window, QStringLiteral("actTerugzetten"))->isEnabled());
         QVERIFY(window.close());
     }
 
@@ -412,6 +418,45 @@ private Q_SLOTS:
         Q_EMIT recent->aboutToShow();
         QCOMPARE(recent->actions().value(0)->text(), QStringLiteral("&1 nieuw-desktop.zdossier"));
         QCOMPARE(recent->actions().value(1)->text(), QStringLiteral("&2 sample-couple.zdossier"));
+        QVERIFY(window.close());
+    }
+
+    void importAndExportThroughTheMenu()
+    {
+        MessageRecorder messages;
+        MainWindow window;
+        QVERIFY(showActive(&window));
+        const QString target = m_sandbox->path(QStringLiteral("geimporteerd.zdossier"));
+        const QString exportPath = m_sandbox->path(QStringLiteral("uitvoer.json"));
+        QList<MainWindow::FileQuestion> asked;
+        window.setFileChooser([&](MainWindow::FileQuestion question, const QString &, const QString &, const QString &filter) {
+            asked << question;
+            switch (question) {
+            case MainWindow::FileQuestion::ImportJson:
+                return filter.contains(QStringLiteral("*.json")) ? example(QStringLiteral("single.json")) : QString();
+            case MainWindow::FileQuestion::NewCase:
+                return target;
+            case MainWindow::FileQuestion::ExportJson:
+                return exportPath;
+            default:
+                return QString();
+            }
+        });
+        find<QAction>(&window, QStringLiteral("actImporteren"))->trigger();
+        QCOMPARE(asked, (QList<MainWindow::FileQuestion>{MainWindow::FileQuestion::ImportJson, MainWindow::FileQuestion::NewCase}));
+        QVERIFY(window.currentCase());
+        QCOMPARE(window.currentCase()->filePath(), target);
+        find<QAction>(&window, QStringLiteral("actExporteren"))->trigger();
+        QFile file(exportPath);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QJsonDocument::fromJson(file.readAll()).object(), window.currentCase()->exportJson());
+        // Cancelled: nothing changes.
+        const auto before = window.currentCase();
+        window.setFileChooser([](MainWindow::FileQuestion, const QString &, const QString &, const QString &) { return QString(); });
+        find<QAction>(&window, QStringLiteral("actOpenen"))->trigger();
+        find<QAction>(&window, QStringLiteral("actNieuw"))->trigger();
+        QCOMPARE(window.currentCase(), before);
+        QCOMPARE(messages.count(), 0);
         QVERIFY(window.close());
     }
 

@@ -183,8 +183,9 @@ MainWindow::MainWindow(QWidget *parent)
 
     auto *help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));
-    help->addAction(QStringLiteral("&Handleiding"), this, &MainWindow::showGuide)->setObjectName(QStringLiteral("actHandleiding"));
-    help->findChild<QAction *>(QStringLiteral("actHandleiding"))->setShortcut(QKeySequence(Qt::Key_F1));
+    QAction *guide = help->addAction(QStringLiteral("&Handleiding"), this, &MainWindow::showGuide);
+    guide->setObjectName(QStringLiteral("actHandleiding"));
+    guide->setShortcut(QKeySequence(Qt::Key_F1));
     help->addAction(QStringLiteral("&Over Zarnoveld"), this, &MainWindow::showAbout)->setObjectName(QStringLiteral("actOver"));
 
     m_fileLabel = new ElidedLabel(this);
@@ -295,6 +296,10 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
         if (!m_case->filePath().isEmpty() && !UserSettings::addRecentCase(m_case->filePath()))
             statusBar()->showMessage(QStringLiteral("De lijst met recente dossiers kon niet worden bewaard."), 5000);
     }
+    // A case shown read-only cannot take a scheme back from the bin or lose it.
+    for (const char *name : {"actTerugzetten", "actPrullenbakLegen"})
+        if (auto *act = findChild<QAction *>(QLatin1String(name)))
+            act->setEnabled(m_case && !m_case->isReadOnly());
     m_participants->setApplication(m_case);
     if (currentScreen() == Pensioenen && m_case) {
         QString reason;
