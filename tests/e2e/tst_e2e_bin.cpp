@@ -97,6 +97,10 @@ private Q_SLOTS:
         auto *list = find<QTreeWidget>(dialog, QStringLiteral("lstPrullenbak"));
         QCOMPARE(list->topLevelItemCount(), 1);
         QCOMPARE(list->topLevelItem(0)->text(2), second);
+        QCOMPARE(list->topLevelItem(0)->text(0), QStringLiteral("%1 (aanvrager)").arg(app->Get_Dossier()->Get_Aanvrager(1)->Naam()));
+        QCOMPARE(list->topLevelItem(0)->text(1), QStringLiteral("2"));
+        QVERIFY2(clippedCaptions(dialog).isEmpty(), qPrintable(clippedCaptions(dialog).join(QLatin1Char(' '))));
+        saveScreenshot(dialog, QStringLiteral("bin-dialog.png"));
         click(find<QPushButton>(dialog, QStringLiteral("cmdTerugzetten")));
 
         QCOMPARE(providers(app, 1), before);
