@@ -451,25 +451,29 @@ private slots:
         QVERIFY(!raw.exec(QStringLiteral("SELECT Rekenjaar FROM dossier")));
         Store::migrate(raw.db, Store::migrations(), 4);
         QVERIFY(raw.exec(QStringLiteral("SELECT Rekenjaar FROM dossier")));
+        // Step 4 -> 5 makes the bin of removed schemes.
+        QVERIFY(!raw.exec(QStringLiteral("SELECT regeling FROM prullenbak")));
         Store::migrate(raw.db, Store::migrations(), Store::SchemaVersion);
-        const int last = Store::SchemaVersion;
+        QCOMPARE(Store::versionOf(raw.db), Store::SchemaVersion);
+        QVERIFY(raw.exec(QStringLiteral("SELECT regeling FROM prullenbak")));
+        const int next = Store::SchemaVersion;
         std::vector<Store::Migration> steps = Store::migrations();
-        steps.push_back({last, [](QSqlDatabase &db) {
+        steps.push_back({next, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("ALTER TABLE pensioen ADD COLUMN Notitie TEXT"));
                          }});
-        Store::migrate(raw.db, steps, last + 1);
-        QCOMPARE(Store::versionOf(raw.db), last + 1);
+        Store::migrate(raw.db, steps, next + 1);
+        QCOMPARE(Store::versionOf(raw.db), next + 1);
         QVERIFY(raw.exec(QStringLiteral("SELECT Notitie FROM pensioen")));
         // A step that fails leaves the file at the version before it.
-        steps.push_back({last + 1, [](QSqlDatabase &db) {
+        steps.push_back({next + 1, [](QSqlDatabase &db) {
                              QSqlQuery(db).exec(QStringLiteral("CREATE TABLE extra (x INTEGER)"));
                              throw HostError(HostErrorCode::StoreFailed, QStringLiteral("mislukt"));
                          }});
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, last + 2); }).number(), HostErrorCode::StoreFailed);
-        QCOMPARE(Store::versionOf(raw.db), last + 1);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, steps, next + 2); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(Store::versionOf(raw.db), next + 1);
         QVERIFY(!raw.exec(QStringLiteral("SELECT x FROM extra")));
         // No known step: refused.
-        QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), last + 3); }).number(), HostErrorCode::StoreFailed);
+        QCOMPARE(errorOf([&] { Store::migrate(raw.db, Store::migrations(), next + 3); }).number(), HostErrorCode::StoreFailed);
     }
 
     void writeRefusedKeepsTheOldValue()

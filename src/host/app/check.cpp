@@ -653,6 +653,38 @@ QString oneLine(QString text)
 
 } // namespace
 
+QString schemeLine(const SchemeResult &scheme)
+{
+    QString line = schemeLabel(scheme) + QStringLiteral(": ");
+    if (scheme.passed) {
+        line += QStringLiteral("in orde");
+    } else {
+        line += QStringLiteral("FOUT");
+        if (!scheme.stop.title.isEmpty())
+            line += QStringLiteral(" [%1]").arg(scheme.stop.title);
+        line += QLatin1Char(' ') + oneLine(scheme.stop.text);
+    }
+    int questions = 0;
+    for (const Message &m : scheme.messages)
+        questions += m.question ? 1 : 0;
+    if (questions > 0)
+        line += QStringLiteral(" (%1 %2 met Ja beantwoord)").arg(questions).arg(questions == 1 ? QStringLiteral("vraag") : QStringLiteral("vragen"));
+    return line;
+}
+
+QList<Finding> findings(const CaseResult &result)
+{
+    QList<Finding> list;
+    if (!result.unreadable.isEmpty())
+        list.append({0, 0, QStringLiteral("NIET GELEZEN: ") + result.unreadable});
+    for (const SchemeResult &scheme : result.schemes)
+        if (!scheme.passed)
+            list.append({scheme.anvId, scheme.penId, schemeLine(scheme)});
+    for (const QString &remark : result.hostFindings)
+        list.append({0, 0, remark});
+    return list;
+}
+
 QString textReport(const QList<CaseResult> &cases)
 {
     QString report;
@@ -671,22 +703,8 @@ QString textReport(const QList<CaseResult> &cases)
             out << "  Geen pensioenregelingen.\n";
         for (const SchemeResult &scheme : c.schemes) {
             ++total;
-            out << "  " << Terminal::escaped(schemeLabel(scheme)) << ": ";
-            if (scheme.passed) {
-                out << "in orde";
-            } else {
-                ++failed;
-                out << "FOUT";
-                if (!scheme.stop.title.isEmpty())
-                    out << " [" << Terminal::escaped(scheme.stop.title) << "]";
-                out << " " << Terminal::escaped(oneLine(scheme.stop.text));
-            }
-            int questions = 0;
-            for (const Message &m : scheme.messages)
-                questions += m.question ? 1 : 0;
-            if (questions > 0)
-                out << " (" << questions << (questions == 1 ? " vraag" : " vragen") << " met Ja beantwoord)";
-            out << "\n";
+            failed += scheme.passed ? 0 : 1;
+            out << "  " << Terminal::escaped(schemeLine(scheme)) << "\n";
         }
         if (!c.hostFindings.isEmpty()) {
             out << "  Opmerkingen van de controledienst (houden de gebruiker niet tegen):\n";

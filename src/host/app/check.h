@@ -75,6 +75,19 @@ private:
     std::unique_ptr<Private> d;
 };
 
+// A scheme's line as the report prints it ("... : in orde" or "... : FOUT [title] text").
+QString schemeLine(const SchemeResult &scheme);
+
+// What the report lists as a problem: each scheme that stops the user (with its participant and
+// number), then the check service's remarks (anvId 0). The window's findings pane shows these.
+struct Finding
+{
+    qint16 anvId = 0;
+    qint16 penId = 0;
+    QString text;
+};
+QList<Finding> findings(const CaseResult &result);
+
 QString legend();
 QString textReport(const QList<CaseResult> &cases);
 QJsonObject jsonReport(const QList<CaseResult> &cases);

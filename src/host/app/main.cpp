@@ -18,16 +18,23 @@
 #include "pensionscreen.h"
 #include "safefile.h"
 #include "terminal.h"
+#include "translations.h"
 
 #include <QApplication>
 #include <QBuffer>
 #include <QCommandLineParser>
+#include <QDockWidget>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPixmap>
 #include <QScrollArea>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
 
@@ -129,17 +136,36 @@ int main(int argc, char **argv)
     if (argc > 1 && qstrcmp(argv[1], "parameters") == 0)
         return Zarnoveld::Cli::parametersMain(argc, argv);
     const bool display = hasDisplay();
-    if (!display)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a display the picture is drawn as on a 1920x1080 monitor: the window keeps within
+    // its screen, and the offscreen platform's own screen is only 800x600.
+    QTemporaryDir screenConfig;
+    if (!display) {
+        QFile config(screenConfig.filePath(QStringLiteral("scherm.json")));
+        if (screenConfig.isValid() && config.open(QIODevice::WriteOnly)) {
+            config.write(R"({"screens": [{"name": "scherm", "x": 0, "y": 0, "width": 1920, "height": 1080,
+                                          "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+            config.close();
+            qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toLocal8Bit());
+        } else {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+    }
 
     Zarnoveld::GuardedApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationName(QStringLiteral("zarnoveld"));
     QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
 
+    // Dutch whatever the user's locale: Qt's own texts (file dialogs, context menus, the help's
+    // headings) come from its Dutch catalogue, numbers and dates from the Dutch locale.
+    Zarnoveld::installDutchTranslations(&app);
+    QLocale::setDefault(QLocale(QLocale::Dutch, QLocale::Netherlands));
+
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Zarnoveld: adviesdossiers met het pensioenscherm."));
-    parser.addHelpOption();
+    // Qt's own help option describes itself in English; this one says the same in Dutch.
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Toon deze hulp en stop."));
+    parser.addOption(help);
     QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                   QStringLiteral("Schrijf een schermafdruk naar BESTAND en stop."),
                                   QStringLiteral("BESTAND"));
@@ -150,8 +176,18 @@ int main(int argc, char **argv)
     parser.addOption(screenshot);
     parser.addOption(screen);
     parser.addOption(overwrite);
+    QCommandLineOption findingsPane(QStringLiteral("controle"), QStringLiteral("Toon het paneel Controle (bij --screenshot)."));
+    QCommandLineOption openMenu(QStringLiteral("menu"), QStringLiteral("Open dit menu, bijvoorbeeld Bestand (bij --screenshot)."),
+                                QStringLiteral("MENU"));
+    parser.addOption(findingsPane);
+    parser.addOption(openMenu);
     parser.addPositionalArgument(QStringLiteral("opdracht"), QStringLiteral("Een dossier, of import/export/register/unregister."));
     parser.process(app);
+    if (parser.isSet(help)) {
+        out() << parser.helpText();
+        out().flush();
+        return 0;
+    }
     const QStringList args = parser.positionalArguments();
     const QString command = args.value(0);
 
@@ -213,6 +249,18 @@ int main(int argc, char **argv)
 
     if (parser.isSet(screenshot) || !display) {
         fitPensionScreen(window);
+        if (parser.isSet(findingsPane)) {
+            if (auto *dock = window.findChild<QDockWidget *>(QStringLiteral("dockControle")))
+                dock->show();
+            window.refreshFindings();
+        }
+        if (parser.isSet(openMenu)) {
+            auto *menu = window.menuBar()->findChild<QMenu *>(QStringLiteral("mnu") + parser.value(openMenu));
+            if (!menu)
+                return fail(QStringLiteral("er is geen menu %1").arg(parser.value(openMenu)));
+            const QRect place = window.menuBar()->actionGeometry(menu->menuAction());
+            menu->popup(window.menuBar()->mapToGlobal(place.bottomLeft()));
+        }
         const QString path = parser.isSet(screenshot) ? parser.value(screenshot)
                                                       : QStringLiteral("zarnoveld-pensioenscherm.png");
         if (!writeScreenshot(&window, path))

@@ -1,11 +1,22 @@
 #pragma once
 
+#include "check.h"
 #include "hostapplication.h"
 
+#include <QDateTime>
 #include <QMainWindow>
 
+#include <functional>
+#include <memory>
+
+class QAction;
+class QDockWidget;
+class QLabel;
 class QListWidget;
+class QMenu;
 class QStackedWidget;
+class QTimer;
+class QListWidgetItem;
 
 namespace Zarnoveld {
 
@@ -36,12 +47,25 @@ public:
     PensionScreen *pensionScreen() const { return m_pensions; }
     ParticipantsScreen *participantsScreen() const { return m_participants; }
 
+    // Asks the user for a file; the default shows Qt's own (Dutch) file dialog. Tests and
+    // scripted runs answer instead. An empty answer means the user cancelled.
+    enum class FileQuestion { OpenCase, NewCase, ImportJson, ExportJson };
+    using FileChooser = std::function<QString(FileQuestion question, const QString &title, const QString &proposal,
+                                              const QString &filter)>;
+    void setFileChooser(FileChooser chooser);
+
+    // Runs the whole-case check now instead of after the pause that follows an edit.
+    void refreshFindings();
+    // Shows that participant's scheme on the pension screen, as a click in its list would.
+    bool selectScheme(qint16 anvId, qint16 penId);
+
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     bool leavePensionScreen();
-    void newFromExample();
+    void newCase();
     void openFile();
     void importJson();
     void exportJson();
@@ -50,6 +74,21 @@ private:
     // Moves the open case to this year's fiscal figures, after the adviser confirms.
     void moveToCurrentFigureYear();
     void updateFigureYearAction();
+    void openRecent(const QString &path);
+    void fillRecentMenu();
+    void showBin();
+    void restoreFromBin(qint64 id);
+    void emptyBin();
+    void showGuide();
+    void showAbout();
+    void caseChanged();
+    void updateStatus();
+    void showFindings(const Check::CaseResult &result);
+    void findingActivated(QListWidgetItem *item);
+    void syncNavigation();
+    void fitToScreen();
+    void saveGeometrySetting();
+    QString chooseFile(FileQuestion question, const QString &title, const QString &proposal, const QString &filter);
 
     std::shared_ptr<HostApplication> m_case;
     QListWidget *m_navigation = nullptr;
@@ -57,6 +96,18 @@ private:
     ParticipantsScreen *m_participants = nullptr;
     PensionScreen *m_pensions = nullptr;
     QAction *m_figureYear = nullptr;
+    QMenu *m_recent = nullptr;
+    QDockWidget *m_findingsDock = nullptr;
+    QListWidget *m_findings = nullptr;
+    QLabel *m_fileLabel = nullptr;
+    QLabel *m_savedLabel = nullptr;
+    QLabel *m_checkLabel = nullptr;
+    QTimer *m_checkTimer = nullptr;
+    QTimer *m_changeTimer = nullptr;
+    QDateTime m_lastStored;
+    QString m_checkState;
+    std::unique_ptr<Check::Checker> m_checker;
+    FileChooser m_chooser;
 };
 
 } // namespace Zarnoveld

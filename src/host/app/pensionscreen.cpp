@@ -28,9 +28,15 @@ PensionScreen::PensionScreen(QWidget *parent)
     m_problem->setWordWrap(true);
     m_problem->hide();
     layout->addWidget(m_problem);
-    // The control keeps its designed size; a small window scrolls rather than squeezing it.
+    // The control is never squeezed below the size it asks for: a small window scrolls instead.
+    // Where the window is larger, the control gets the room (see fitControl).
     m_scroll->setWidgetResizable(false);
     m_scroll->setFrameShape(QFrame::NoFrame);
+    // A click on a scroll bar must only scroll. A scroll area takes the focus on a click by
+    // default, which made the field being edited lose it: its check ran, its message came back
+    // and the click never reached the scroll bar. Scrolling by keyboard stays with the fields.
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->viewport()->installEventFilter(this);
     layout->addWidget(m_scroll);
 }
 
@@ -67,6 +73,11 @@ bool PensionScreen::ensureControl(QString *error)
 
 bool PensionScreen::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_scroll->viewport()) {
+        if (event->type() == QEvent::Resize)
+            fitControl();
+        return QWidget::eventFilter(watched, event);
+    }
     switch (event->type()) {
     case QEvent::Resize:
     case QEvent::Move:
@@ -81,10 +92,18 @@ bool PensionScreen::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
+// The control gets the whole visible area, but never less than it needs: its minimum size when
+// it states one, otherwise the size it asks for. A control that lays its list out over the height
+// it is given then shows as many schemes as fit.
 void PensionScreen::fitControl()
 {
-    if (m_control && m_control->size() != m_control->sizeHint())
-        m_control->resize(m_control->sizeHint());
+    if (!m_control)
+        return;
+    const QSize minimum = m_control->minimumSizeHint();
+    const QSize needed = minimum.isValid() ? minimum.expandedTo(m_control->minimumSize()) : m_control->sizeHint();
+    const QSize wanted = needed.expandedTo(m_scroll->viewport()->size()).boundedTo(m_control->maximumSize());
+    if (m_control->size() != wanted)
+        m_control->resize(wanted);
 }
 
 // The pension screen has no error trap of its own: a host error in it comes out of the call, and

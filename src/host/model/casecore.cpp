@@ -46,6 +46,8 @@ qint64 CaseCore::newId(const TableDef &table)
 void CaseCore::seedIds()
 {
     m_nextId.clear();
+    for (const BinItem &item : bin)
+        m_nextBinId = std::max(m_nextBinId, item.id);
     const auto bump = [this](const Record &r) {
         qint64 &next = m_nextId[r.def];
         next = std::max(next, r.id);
@@ -83,6 +85,8 @@ void CaseCore::write(const std::function<void(Store *)> &body)
     // Inside asOneChange the surrounding transaction takes the write (and its rollback).
     if (!store || m_oneChange > 0) {
         body(store.get());
+        if (written)
+            written();
         return;
     }
     store->begin();
@@ -99,6 +103,8 @@ void CaseCore::write(const std::function<void(Store *)> &body)
                             .arg(QString::fromLocal8Bit(e.what())),
                         QStringLiteral("Zarnoveld"));
     }
+    if (written)
+        written();
 }
 
 namespace {

@@ -6,6 +6,8 @@
 #include "casedata.h"
 #include "fiscalfigures.h"
 
+#include <QByteArray>
+#include <QDateTime>
 #include <QHash>
 #include <QString>
 
@@ -29,6 +31,16 @@ struct Change
     std::shared_ptr<Record> record;
     int field;
     QVariant value;
+};
+
+// A scheme the host removed, kept in the case's bin until the adviser puts it back or empties it.
+struct BinItem
+{
+    qint64 id = 0;
+    qint64 aanvragerId = 0;   // the record id of the participant it belonged to
+    int position = 0;         // its number in the participant's list when it was removed
+    QDateTime removedAt;      // UTC, whole seconds
+    QByteArray scheme;        // the scheme in the export's JSON form
 };
 
 class CaseCore
@@ -69,6 +81,20 @@ public:
 private:
     std::map<const TableDef *, qint64> m_nextId;
     int m_oneChange = 0;
+    // The bin (see bin.cpp): RemovePension moves a scheme here in the same transaction that
+    // removes it; putting it back returns its number in the participant's list.
+    std::vector<BinItem> bin;
+    void removeToBin(AanvragerNode &aanvrager, qint16 penId);
+    qint16 restoreFromBin(qint64 binId);
+    // Empties the bin of everything removed before removedBefore (an invalid time: everything).
+    int emptyBin(const QDateTime &removedBefore);
+
+    // Called after every change the case file accepted (and every change of a case in memory).
+    std::function<void()> written;
+
+private:
+    std::map<const TableDef *, qint64> m_nextId;
+    qint64 m_nextBinId = 0;
 };
 
 } // namespace Zarnoveld::detail

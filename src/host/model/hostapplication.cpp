@@ -4,6 +4,11 @@
 #include "objects.h"
 #include "store.h"
 
+#include <QFile>
+#include <QJsonDocument>
+
+#include <algorithm>
+
 namespace Zarnoveld {
 
 using namespace VandrelApplication;
@@ -62,6 +67,7 @@ std::shared_ptr<HostApplication> HostApplication::openFile(const QString &path)
     std::shared_ptr<HostApplication> app(new HostApplication);
     auto core = std::make_shared<CaseCore>();
     core->store = Store::open(path, core->dossier, core->params);
+    core->bin = core->store->loadBin();
     core->seedIds();
     app->d->core = std::move(core);
     return app;
@@ -170,6 +176,56 @@ QString HostApplication::filePath() const
 bool HostApplication::readOnly() const
 {
     return d->core && d->core->store && d->core->store->readOnly();
+}
+
+int HostApplication::figuresYear()
+{
+    return detail::figureYearForNewCase();
+}
+
+bool HostApplication::isReadOnly() const
+{
+    return d->readOnly || readOnly();
+}
+
+void HostApplication::setReadOnly(bool readOnly)
+{
+    d->readOnly = readOnly;
+}
+
+void HostApplication::setChangeHandler(std::function<void()> handler)
+{
+    d->core->written = std::move(handler);
+}
+
+QList<BinEntry> HostApplication::binEntries() const
+{
+    QList<BinEntry> entries;
+    const auto &aanvragers = d->core->dossier->aanvragers;
+    for (const BinItem &item : d->core->bin) {
+        BinEntry entry;
+        entry.id = item.id;
+        for (size_t i = 0; i < aanvragers.size(); ++i)
+            if (aanvragers[i]->id == item.aanvragerId) {
+                entry.anvId = static_cast<qint16>(i + 1);
+                entry.naam = aanvragers[i]->s(AanvragerF::Naam);
+            }
+        entry.position = item.position;
+        entry.removedAt = item.removedAt;
+        entry.uitvoerder = QJsonDocument::fromJson(item.scheme).object().value(QStringLiteral("Uitvoerder")).toString();
+        entries.append(entry);
+    }
+    return entries;
+}
+
+qint16 HostApplication::restoreFromBin(qint64 id)
+{
+    return d->core->restoreFromBin(id);
+}
+
+int HostApplication::emptyBin(const QDateTime &removedBefore)
+{
+    return d->core->emptyBin(removedBefore);
 }
 
 } // namespace Zarnoveld

@@ -6,6 +6,7 @@
 #include "hostmodel.h"
 #include "registerlink.h"
 
+#include <QDateTime>
 #include <QJsonObject>
 #include <QList>
 #include <QString>
@@ -17,6 +18,18 @@
 namespace Zarnoveld {
 
 class HostApplication : public VandrelApplication::Application, public VandrelApplication::RegisterLink
+// A scheme in the case's bin, as the adviser picks it to put it back.
+struct BinEntry
+{
+    qint64 id = 0;
+    qint16 anvId = 0;        // 1 applicant, 2 partner
+    QString naam;            // the participant's name
+    int position = 0;        // the scheme's number in the list when it was removed
+    QDateTime removedAt;     // UTC
+    QString uitvoerder;      // the provider, may be empty
+};
+
+class HostApplication : public VandrelApplication::Application
 {
 public:
     ~HostApplication() override;
@@ -82,6 +95,26 @@ public:
     // franchise is kept computed the franchise (and the basis and accrual computed from it), all
     // in one transaction. Throws HostError (Dutch) for a year without figures.
     FigureYearMove moveToFigureYear(int year);
+
+    // A case shown for reading only; the window marks it so.
+    bool isReadOnly() const;
+    void setReadOnly(bool readOnly);
+
+    // Called after every change the case file accepted; it runs inside the change, so it should
+    // only note it (the window starts a timer).
+    void setChangeHandler(std::function<void()> handler);
+
+    // The year of the fiscal figures a new case starts with.
+    static int figuresYear();
+
+    // The schemes RemovePension put in the bin, oldest first.
+    QList<BinEntry> binEntries() const;
+    // Puts a scheme back at its old number in its participant's list (the end when the list has
+    // become shorter) with all its values; returns that number. Throws HostError (Dutch).
+    qint16 restoreFromBin(qint64 id);
+    // Removes for good what was removed before removedBefore (an invalid time: everything);
+    // returns how many schemes went.
+    int emptyBin(const QDateTime &removedBefore = QDateTime());
 
 private:
     HostApplication();

@@ -12,6 +12,7 @@ public:
     QString title = QStringLiteral("Zarnoveld");
     QList<VandrelApplication::ErrorRecord> errors;
     std::function<void(const VandrelApplication::ErrorRecord &)> handler;
+    bool readOnly = false;
 };
 
 namespace detail {

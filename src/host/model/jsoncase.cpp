@@ -319,6 +319,37 @@ const char *const kParameterFields[] = {"DefaultOpbouwEindloon", "DefaultOpbouwM
 
 } // namespace
 
+// A scheme as the export writes it; the bin keeps removed schemes in this form, so a scheme put
+// back is the scheme that was removed, down to the last field.
+QJsonObject detail::pensioenToJson(const PensioenNode &pen)
+{
+    QJsonObject po = recordToJson(pen);
+    QJsonArray rows;
+    for (const auto &row : pen.rows) {
+        QJsonObject ro = recordToJson(*row);
+        ro.remove(QStringLiteral("ScenarioBedrag"));
+        QJsonObject scenario;
+        scenario.insert(QStringLiteral("Bedrag"), row->d(OuderdomF::ScenarioBedrag));
+        QJsonArray regels;
+        for (const auto &r : row->regels)
+            regels.append(recordToJson(*r));
+        scenario.insert(QStringLiteral("Regels"), regels);
+        ro.insert(QStringLiteral("ScenarioOP"), scenario);
+        rows.append(ro);
+    }
+    po.insert(QStringLiteral("OuderdomRegels"), rows);
+    QJsonArray ao;
+    for (const auto &r : pen.ao)
+        ao.append(recordToJson(*r));
+    po.insert(QStringLiteral("AoUitkeringen"), ao);
+    return po;
+}
+
+std::shared_ptr<PensioenNode> detail::pensioenFromJson(CaseCore &core, const QJsonObject &o)
+{
+    return readPensioen(core, o, QStringLiteral("$"));
+}
+
 QJsonObject HostApplication::exportJson() const
 {
     const CaseCore &core = *d->core;
@@ -345,26 +376,7 @@ QJsonObject HostApplication::exportJson() const
         a.insert(QStringLiteral("Dienstverbanden"), dvs);
         QJsonArray pens;
         for (const auto &pen : anv->pensioenen) {
-            QJsonObject po = recordToJson(*pen);
-            QJsonArray rows;
-            for (const auto &row : pen->rows) {
-                QJsonObject ro = recordToJson(*row);
-                ro.remove(QStringLiteral("ScenarioBedrag"));
-                QJsonObject scenario;
-                scenario.insert(QStringLiteral("Bedrag"), row->d(OuderdomF::ScenarioBedrag));
-                QJsonArray regels;
-                for (const auto &r : row->regels)
-                    regels.append(recordToJson(*r));
-                scenario.insert(QStringLiteral("Regels"), regels);
-                ro.insert(QStringLiteral("ScenarioOP"), scenario);
-                rows.append(ro);
-            }
-            po.insert(QStringLiteral("OuderdomRegels"), rows);
-            QJsonArray ao;
-            for (const auto &r : pen->ao)
-                ao.append(recordToJson(*r));
-            po.insert(QStringLiteral("AoUitkeringen"), ao);
-            pens.append(po);
+            pens.append(detail::pensioenToJson(*pen));
         }
         a.insert(QStringLiteral("Pensioenen"), pens);
         aanvragers.append(a);

@@ -650,7 +650,10 @@ void DossierObj::RemoveAanvrager(qint16 Anv_Id)
         fail(Code::InvalidState, Anv_Id == 1
                                      ? QStringLiteral("De aanvrager kan niet uit het dossier worden verwijderd.")
                                      : QStringLiteral("Het dossier heeft geen partner."));
+    const qint64 partnerId = m_node->aanvragers[1]->id;
     removeAt(*m_core, m_node->aanvragers, Anv_Id, m_node->id, QStringLiteral("Aanvrager"));
+    // The file dropped the partner's removed schemes with the partner (foreign key cascade).
+    std::erase_if(m_core->bin, [partnerId](const BinItem &item) { return item.aanvragerId == partnerId; });
 }
 
 qint32 DossierObj::SyncVlaggen() const
@@ -754,7 +757,7 @@ qint16 AanvragerObj::AddPension()
 void AanvragerObj::RemovePension(qint16 Pen_Id)
 {
     node();
-    removeAt(*m_core, m_node->pensioenen, Pen_Id, m_node->id, QStringLiteral("Pensioenregeling"));
+    m_core->removeToBin(*m_node, Pen_Id);
 }
 
 // ---------------------------------------------------------------- helpers

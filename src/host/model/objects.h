@@ -5,6 +5,8 @@
 
 #include "casecore.h"
 
+#include <QJsonObject>
+
 namespace Zarnoveld::detail {
 
 using namespace VandrelApplication;
@@ -62,6 +64,11 @@ QString newKey();
 // appended to apply, to run once the file has accepted it.
 void copyPensioen(CaseCore &core, Store *s, PensioenNode &dst, const PensioenNode &src,
                   std::vector<std::function<void()>> &apply);
+
+// A scheme in the export's form and back (the bin keeps removed schemes so); the reading side
+// gives the scheme and its rows new ids of core and throws HostError on a bad document.
+QJsonObject pensioenToJson(const PensioenNode &pen);
+std::shared_ptr<PensioenNode> pensioenFromJson(CaseCore &core, const QJsonObject &o);
 
 PensioenPtr makePensioen(std::shared_ptr<CaseCore> core, std::shared_ptr<PensioenNode> node);
 // The case and record behind a scheme handle of this host; both nullptr for any other object.

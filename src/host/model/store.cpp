@@ -165,6 +165,13 @@ static void addFigureYear(QSqlDatabase &db)
     const int matched = FiscalFigures::matchingYear(readParameters(db));
     const int year = matched ? matched : FiscalFigures::kYearOfUnmarkedCases;
     execOrThrow(db, QStringLiteral("UPDATE dossier SET \"Rekenjaar\" = %1").arg(year));
+// Version 5: the bin. A scheme there belongs to its participant: removing the participant takes
+// its removed schemes along.
+static void createBinTable(QSqlDatabase &db)
+{
+    execOrThrow(db, QStringLiteral("CREATE TABLE prullenbak (id INTEGER PRIMARY KEY, "
+                                   "aanvrager_id INTEGER NOT NULL REFERENCES aanvrager(id) ON DELETE CASCADE, "
+                                   "positie INTEGER NOT NULL, verwijderd TEXT NOT NULL, regeling TEXT NOT NULL)"));
 }
 
 const std::vector<Store::Migration> &Store::migrations()
@@ -174,6 +181,7 @@ const std::vector<Store::Migration> &Store::migrations()
         {1, addColumnsOfVersion(2)},
         {2, addColumnsOfVersion(3)},
         {3, addFigureYear},
+        {4, createBinTable},
     };
     return steps;
 }
@@ -638,6 +646,44 @@ void Store::insertTree(const DossierNode &tree)
         for (const auto &pen : anv->pensioenen)
             insertPensioen(*pen, anv->id, ++k);
     }
+}
+
+void Store::binInsert(const BinItem &item)
+{
+    QSqlQuery &q = prepared(QStringLiteral("bin:i"), QStringLiteral("INSERT INTO prullenbak (id, aanvrager_id, positie, verwijderd, regeling) "
+                                                                      "VALUES (?, ?, ?, ?, ?)"));
+    q.bindValue(0, item.id);
+    q.bindValue(1, item.aanvragerId);
+    q.bindValue(2, item.position);
+    q.bindValue(3, item.removedAt.toString(Qt::ISODate));
+    q.bindValue(4, QString::fromUtf8(item.scheme));
+    exec(q);
+}
+
+void Store::binRemove(qint64 id)
+{
+    QSqlQuery &q = prepared(QStringLiteral("bin:d"), QStringLiteral("DELETE FROM prullenbak WHERE id = ?"));
+    q.bindValue(0, id);
+    exec(q);
+}
+
+std::vector<BinItem> Store::loadBin()
+{
+    std::vector<BinItem> items;
+    QSqlQuery q(m_db);
+    q.setForwardOnly(true);
+    if (!q.exec(QStringLiteral("SELECT id, aanvrager_id, positie, verwijderd, regeling FROM prullenbak ORDER BY id")))
+        fail(Code::StoreFailed, QStringLiteral("De prullenbak van het dossier kan niet worden gelezen: %1").arg(q.lastError().text()));
+    while (q.next()) {
+        BinItem item;
+        item.id = q.value(0).toLongLong();
+        item.aanvragerId = q.value(1).toLongLong();
+        item.position = q.value(2).toInt();
+        item.removedAt = QDateTime::fromString(q.value(3).toString(), Qt::ISODate);
+        item.scheme = q.value(4).toString().toUtf8();
+        items.push_back(std::move(item));
+    }
+    return items;
 }
 
 } // namespace Zarnoveld::detail

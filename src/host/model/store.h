@@ -19,7 +19,7 @@ namespace Zarnoveld::detail {
 class Store
 {
 public:
-    static constexpr int SchemaVersion = 4;
+    static constexpr int SchemaVersion = 5;
 
     // One step of the schema's history: brings a file from version `from` to `from + 1`.
     struct Migration
@@ -67,6 +67,11 @@ public:
     void insertPensioen(const PensioenNode &pen, qint64 parentId, int pos);
     // Replaces the case's stored figures (the dossier's year is an ordinary field).
     void writeParameters(const ParameterValues &params);
+
+    // The case's bin of removed schemes.
+    void binInsert(const BinItem &item);
+    void binRemove(qint64 id);
+    std::vector<BinItem> loadBin();
 
 private:
     Store();
