@@ -5,12 +5,14 @@
 //   zarnoveld export CASE JSON
 //   zarnoveld register | unregister   the pension screen in the per-user component registry
 //   zarnoveld check CASE... [--json]  checks every scheme as the pension screen would, headless
+//   zarnoveld rapport CASE FILE.pdf [--overschrijven]  the case on paper, with the check's findings
 
 #include "check.h"
 #include "commands.h"
 #include "errorlog.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
+#include "rapport.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -89,6 +91,8 @@ int main(int argc, char **argv)
     // Always headless, with its own application object: decided before one is made here.
     if (argc > 1 && qstrcmp(argv[1], "check") == 0)
         return Zarnoveld::Check::main(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], "rapport") == 0)
+        return Zarnoveld::Rapport::main(argc, argv);
     const bool display = hasDisplay();
     if (!display)
         qputenv("QT_QPA_PLATFORM", "offscreen");
