@@ -314,6 +314,17 @@ void TestCaseReport::aPrinterOfAnotherResolutionGetsTheSamePages()
     const QString text = PdfText::squeezed(PdfText::text(path));
     QVERIFY(text.contains(QStringLiteral("Jan van den Berg")));
     QVERIFY(text.contains(QStringLiteral("pagina %1 van %1").arg(report.pageCount())));
+    // Header and footer at the size they have in the PDF: whole on the page, one line each.
+    for (int n = 1; n <= report.pageCount(); ++n) {
+        QStringList lines;
+        for (const QString &line : PdfText::text(path, n).split(QLatin1Char('\n')))
+            if (!line.trimmed().isEmpty())
+                lines << line;
+        QVERIFY(!lines.isEmpty());
+        QVERIFY2(PdfText::squeezed(lines.first()).contains(QStringLiteral("Pensioenoverzicht - dossier printer Afgedrukt op")),
+                 qPrintable(lines.first()));
+        QCOMPARE(lines.last().trimmed(), QStringLiteral("pagina %1 van %2").arg(n).arg(report.pageCount()));
+    }
 }
 
 void TestCaseReport::anEmptyCaseStillPrintsOnePage()

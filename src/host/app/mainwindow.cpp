@@ -5,6 +5,7 @@
 #include "messagebox.h"
 #include "participantsscreen.h"
 #include "pensionscreen.h"
+#include "rapport.h"
 
 #include <QCloseEvent>
 #include <QFileDialog>
@@ -13,8 +14,12 @@
 #include <QKeySequence>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProgressDialog>
 #include <QSettings>
 #include <QStackedWidget>
+#include <QStatusBar>
 
 using VandrelControl::MessageBox;
 
@@ -61,6 +66,8 @@ MainWindow::MainWindow(QWidget *parent)
     action("actOpenen", QStringLiteral("&Openen..."), &MainWindow::openFile, QKeySequence::Open);
     action("actImporteren", QStringLiteral("&Importeren..."), &MainWindow::importJson);
     action("actExporteren", QStringLiteral("&Exporteren..."), &MainWindow::exportJson);
+    action("actExporterenPdf", QStringLiteral("Exporteren als &PDF..."), &MainWindow::exportPdf);
+    action("actAfdrukken", QStringLiteral("Af&drukken..."), &MainWindow::printCase, QKeySequence(Qt::CTRL | Qt::Key_P));
     file->addSeparator();
     action("actAfsluiten", QStringLiteral("&Afsluiten"), &QWidget::close, QKeySequence(Qt::CTRL | Qt::Key_Q));
 
@@ -202,6 +209,97 @@ void MainWindow::exportJson()
     } catch (const VandrelApplication::HostError &e) {
         MessageBox::ok(this, e.description(), QStringLiteral("Exporteren mislukt"));
     }
+}
+
+std::unique_ptr<VandrelReport::CaseReport> MainWindow::buildReport()
+{
+    // The pension screen first accepts or refuses what is being typed, so the paper shows what
+    // the case holds.
+    if (!m_case || !leavePensionScreen())
+        return nullptr;
+    if (!m_checker) {
+        auto checker = std::make_unique<Check::Checker>();
+        QString error;
+        if (!checker->prepare(&error)) {
+            MessageBox::ok(this, error, QStringLiteral("Rapport niet gemaakt"));
+            return nullptr;
+        }
+        m_checker = std::move(checker);
+    }
+    // A case of two times 99 schemes takes a moment: the dialog appears only when it does.
+    QProgressDialog progress(QStringLiteral("Het pensioenoverzicht wordt gemaakt..."), QString(), 0, 1, this);
+    progress.setWindowTitle(QStringLiteral("Pensioenoverzicht"));
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    const QString name = m_case->filePath().isEmpty() ? QStringLiteral("nieuw dossier")
+                                                      : QFileInfo(m_case->filePath()).completeBaseName();
+    try {
+        return Rapport::build(*m_case, name, *m_checker, [&](int done, int total, const QString &) {
+            progress.setMaximum(total);
+            progress.setValue(done);
+        });
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Rapport niet gemaakt"));
+        return nullptr;
+    }
+}
+
+void MainWindow::exportPdf()
+{
+    if (!m_case || !leavePensionScreen())
+        return;
+    const QString suggested = m_case->filePath().isEmpty()
+                                  ? QStringLiteral("pensioenoverzicht.pdf")
+                                  : QFileInfo(m_case->filePath()).absoluteDir().filePath(
+                                        QFileInfo(m_case->filePath()).completeBaseName() + QStringLiteral(".pdf"));
+    // The question before replacing a file is ours (and answerable by a responder), not the dialog's.
+    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Exporteren als PDF"), suggested,
+                                                QStringLiteral("PDF (*.pdf)"), nullptr, QFileDialog::DontConfirmOverwrite);
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QStringLiteral(".pdf");
+    exportPdfTo(path);
+}
+
+bool MainWindow::exportPdfTo(const QString &path)
+{
+    const QString title = QStringLiteral("Exporteren als PDF");
+    if (QString reason = Rapport::refusal(path, true); !reason.isEmpty()) {
+        MessageBox::ok(this, reason, title);
+        return false;
+    }
+    if (Rapport::wouldReplace(path)
+        && !MessageBox::yesNo(this, QStringLiteral("Het bestand %1 bestaat al. Wilt u het vervangen?").arg(path), title))
+        return false;
+    const std::unique_ptr<VandrelReport::CaseReport> report = buildReport();
+    if (!report)
+        return false;
+    QString error;
+    if (!Rapport::writePdf(*report, path, true, &error)) {
+        MessageBox::ok(this, error, QStringLiteral("Exporteren mislukt"));
+        return false;
+    }
+    statusBar()->showMessage(QStringLiteral("Rapport geschreven: %1").arg(path), 5000);
+    return true;
+}
+
+void MainWindow::printCase()
+{
+    if (!m_case || !leavePensionScreen())
+        return;
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintDialog dialog(&printer, this);
+    dialog.setObjectName(QStringLiteral("dlgAfdrukken"));
+    dialog.setWindowTitle(QStringLiteral("Afdrukken"));
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const std::unique_ptr<VandrelReport::CaseReport> report = buildReport();
+    if (!report)
+        return;
+    QString error;
+    if (!report->print(&printer, &error))
+        MessageBox::ok(this, error, QStringLiteral("Afdrukken mislukt"));
 }
 
 void MainWindow::updateTitle()

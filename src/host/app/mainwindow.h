@@ -1,10 +1,13 @@
 #pragma once
 
+#include "casereport.h"
+#include "check.h"
 #include "hostapplication.h"
 
 #include <QMainWindow>
 
 class QListWidget;
+class QPrinter;
 class QStackedWidget;
 
 namespace Zarnoveld {
@@ -31,6 +34,10 @@ public:
     bool showScreen(Screen screen);
     Screen currentScreen() const;
     PensionScreen *pensionScreen() const { return m_pensions; }
+
+    // "Exporteren als PDF..." without its file dialog: asks before replacing an existing file and
+    // tells the user what went wrong; true when the file was written.
+    bool exportPdfTo(const QString &path);
     ParticipantsScreen *participantsScreen() const { return m_participants; }
 
 protected:
@@ -43,12 +50,17 @@ private:
     void importJson();
     void exportJson();
     void updateTitle();
+    void exportPdf();
+    void printCase();
+    // The report of the open case, checked on a copy; nullptr (the user told why) when it fails.
+    std::unique_ptr<VandrelReport::CaseReport> buildReport();
 
     std::shared_ptr<HostApplication> m_case;
     QListWidget *m_navigation = nullptr;
     QStackedWidget *m_stack = nullptr;
     ParticipantsScreen *m_participants = nullptr;
     PensionScreen *m_pensions = nullptr;
+    std::unique_ptr<Check::Checker> m_checker;   // made on the first report
 };
 
 } // namespace Zarnoveld

@@ -177,8 +177,10 @@ public:
         // No ligatures: "fi" drawn as one glyph reads back from the PDF as a single character, and
         // a search for "Specificatie" in the file would miss it.
         font.setStyleStrategy(QFont::PreferNoShaping);
+        // Header and footer are drawn by the painter, which would size a point size for the
+        // printer's resolution and then scale it again: their size is given in layout pixels.
         small = font;
-        small.setPointSizeF(7.5);
+        small.setPixelSize(qRound(7.5 * kDpi / 72.0));
     }
 
     void add(const QString &html, qreal gap, bool schemeHeading, const QString &heading);
@@ -601,8 +603,11 @@ void CaseReport::paintPage(QPainter &painter, int page) const
                      QStringLiteral("pagina %1 van %2").arg(page + 1).arg(pageCount()));
 }
 
-bool CaseReport::paint(QPagedPaintDevice *device, qreal scale, QString *error, const Progress &progress) const
+bool CaseReport::paint(QPagedPaintDevice *device, QString *error, const Progress &progress) const
 {
+    // Scaled by what the device says its page is wide, not by the resolution it reports: a
+    // printer reconfigured by its dialog does not always report both alike.
+    const qreal scale = qreal(device->width()) / kPageWidth;
     QPainter painter;
     if (!painter.begin(device)) {
         if (error)
@@ -639,7 +644,7 @@ bool CaseReport::writePdf(QIODevice *device, QString *error, const Progress &pro
     writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
     writer.setTitle(QStringLiteral("Pensioenoverzicht %1").arg(d->options.caseName));
     writer.setCreator(QStringLiteral("Vandrel"));
-    return paint(&writer, 1.0, error, progress);
+    return paint(&writer, error, progress);
 }
 
 bool CaseReport::print(QPrinter *printer, QString *error, const Progress &progress) const
@@ -648,7 +653,7 @@ bool CaseReport::print(QPrinter *printer, QString *error, const Progress &progre
     printer->setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
     if (printer->docName().isEmpty())
         printer->setDocName(QStringLiteral("Pensioenoverzicht %1").arg(d->options.caseName));
-    return paint(printer, printer->resolution() / kDpi, error, progress);
+    return paint(printer, error, progress);
 }
 
 } // namespace VandrelReport

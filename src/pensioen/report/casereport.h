@@ -87,7 +87,7 @@ public:
     bool print(QPrinter *printer, QString *error, const Progress &progress = {}) const;
 
 private:
-    bool paint(QPagedPaintDevice *device, qreal scale, QString *error, const Progress &progress) const;
+    bool paint(QPagedPaintDevice *device, QString *error, const Progress &progress) const;
     void paintPage(QPainter &painter, int page) const;
 
     class Private;
