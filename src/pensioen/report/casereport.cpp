@@ -197,6 +197,7 @@ public:
     QFont small;
     QList<Block> blocks;
     std::vector<std::unique_ptr<QTextDocument>> documents;
+    QStringList html;          // each block's source
     QList<int> pageOf;
     QList<QList<int>> pages;   // block numbers per page
     QList<QList<qreal>> tops;  // each block's top within the body, per page
@@ -218,6 +219,7 @@ void CaseReport::Private::add(const QString &html, qreal gap, bool schemeHeading
     block.heading = heading;
     blocks.append(block);
     documents.push_back(std::move(document));
+    this->html.append(html);
 }
 
 void CaseReport::Private::addTable(const Table &table, qreal gap, bool schemeHeading, const QString &heading)
@@ -270,7 +272,7 @@ void CaseReport::Private::addParticipant(const AanvragerPtr &aanvrager)
     const QDate geboorte = aanvrager->GeboorteDatum();
     const qint16 aowLeeftijd = aanvrager->AowLeeftijd();
     // The state pension starts on the day the participant reaches the AOW age (SVB, "Wanneer
-    // krijg ik AOW?", svb.nl); the host gives that age in whole years.
+    // krijg ik AOW?", svb.nl; not re-verified for this build); the host gives that age in whole years.
     const QDate aowDatum = isFilled(geboorte) && aowLeeftijd > 0 ? geboorte.addYears(aowLeeftijd) : QDate();
 
     Table table;
@@ -566,6 +568,11 @@ const QList<Block> &CaseReport::blocks() const
 const QList<int> &CaseReport::pageOfBlock() const
 {
     return d->pageOf;
+}
+
+QString CaseReport::html() const
+{
+    return d->html.join(QStringLiteral("\n"));
 }
 
 int CaseReport::pageCount() const

@@ -77,6 +77,8 @@ public:
     // The page (0-based) each block lands on, by the layout rule.
     const QList<int> &pageOfBlock() const;
     int pageCount() const;
+    // Every block's content as one HTML text, without pages (for a preview, or to compare).
+    QString html() const;
 
     // Called after each page with (pages done, pages in all).
     using Progress = std::function<void(int done, int total)>;
