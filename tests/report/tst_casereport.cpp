@@ -33,6 +33,7 @@ private slots:
     void aPrinterOfAnotherResolutionGetsTheSamePages();
     void anEmptyCaseStillPrintsOnePage();
     void markupTypedIntoANameIsPrintedAsText();
+    void aVeryLongCaseNameDoesNotRunIntoTheDate();
 
 private:
     QString writePdf(const CaseReport &report, const QString &name);
@@ -350,6 +351,31 @@ void TestCaseReport::markupTypedIntoANameIsPrintedAsText()
     options.caseName = QStringLiteral("<h1>x</h1>");
     const QString text = PdfText::text(writePdf(CaseReport(app, options), QStringLiteral("markup.pdf")));
     QVERIFY(text.contains(QStringLiteral("<b>Jan</b> & <i>Co</i>")));
+}
+
+void TestCaseReport::aVeryLongCaseNameDoesNotRunIntoTheDate()
+{
+    const auto app = load("single.json");
+    QVERIFY(app);
+    Options options;
+    options.caseName = QStringLiteral("dossier-van-de-familie-").repeated(8) + QStringLiteral("einde");
+    options.printDate = QDate(2026, 1, 2);
+    const CaseReport report(app, options);
+    const QString pdf = writePdf(report, QStringLiteral("long.pdf"));
+    for (int n = 1; n <= report.pageCount(); ++n) {
+        QString header;
+        for (const QString &line : PdfText::text(pdf, n).split(QLatin1Char('\n')))
+            if (!line.trimmed().isEmpty()) {
+                header = line;
+                break;
+            }
+        // Shortened in the middle, the date still whole beside it.
+        QVERIFY2(header.contains(QChar(0x2026)) && header.trimmed().endsWith(QStringLiteral("Afgedrukt op 02-01-2026")),
+                 qPrintable(header));
+    }
+    // The title gives the name in full (wrapped if need be).
+    const QString all = PdfText::text(pdf).remove(QRegularExpression(QStringLiteral("\\s")));
+    QVERIFY(all.contains(options.caseName));
 }
 
 QTEST_MAIN(TestCaseReport)

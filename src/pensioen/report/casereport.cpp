@@ -4,6 +4,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -101,7 +102,7 @@ QString participantRole(qint16 anvId)
 
 const QString kTableOpen = QStringLiteral(
     "<table width=\"100%\" border=\"1\" cellspacing=\"0\" cellpadding=\"3\" "
-    "style=\"border-collapse: collapse; border-color: #9a9a9a;\">");
+    "style=\"border-style: solid; border-color: #b0b0b0;\">");
 
 // A table of columns with titles; right-aligned columns hold numbers.
 struct Table
@@ -183,7 +184,10 @@ public:
         small.setPixelSize(qRound(7.5 * kDpi / 72.0));
     }
 
-    void add(const QString &html, qreal gap, bool schemeHeading, const QString &heading);
+    std::unique_ptr<QTextDocument> layOut(const QString &source);
+    void keep(std::unique_ptr<QTextDocument> document, const QString &source, qreal gap, bool schemeHeading,
+              const QString &heading);
+    void add(const QString &source, qreal gap, bool schemeHeading, const QString &heading);
     void addTable(const Table &table, qreal gap, bool schemeHeading, const QString &heading);
     void addTitle();
     void addParticipant(const AanvragerPtr &aanvrager);
@@ -203,7 +207,7 @@ public:
     QList<QList<qreal>> tops;  // each block's top within the body, per page
 };
 
-void CaseReport::Private::add(const QString &html, qreal gap, bool schemeHeading, const QString &heading)
+std::unique_ptr<QTextDocument> CaseReport::Private::layOut(const QString &html)
 {
     auto document = std::make_unique<QTextDocument>();
     document->documentLayout()->setPaintDevice(&measure);
@@ -212,6 +216,12 @@ void CaseReport::Private::add(const QString &html, qreal gap, bool schemeHeading
     document->setUndoRedoEnabled(false);
     document->setHtml(html);
     document->setTextWidth(kBodyWidth);
+    return document;
+}
+
+void CaseReport::Private::keep(std::unique_ptr<QTextDocument> document, const QString &source, qreal gap,
+                               bool schemeHeading, const QString &heading)
+{
     Block block;
     block.height = document->size().height();
     block.gapBefore = gap;
@@ -219,7 +229,12 @@ void CaseReport::Private::add(const QString &html, qreal gap, bool schemeHeading
     block.heading = heading;
     blocks.append(block);
     documents.push_back(std::move(document));
-    this->html.append(html);
+    html.append(source);
+}
+
+void CaseReport::Private::add(const QString &source, qreal gap, bool schemeHeading, const QString &heading)
+{
+    keep(layOut(source), source, gap, schemeHeading, heading);
 }
 
 void CaseReport::Private::addTable(const Table &table, qreal gap, bool schemeHeading, const QString &heading)
@@ -235,16 +250,11 @@ void CaseReport::Private::addTable(const Table &table, qreal gap, bool schemeHea
         // Rows whose text wraps make a cut taller; cut again until it fits, down to one row (a
         // single row taller than a page is left to overflow rather than lost).
         for (;;) {
-            const QString html = tableHtml(table, from, from + count, first);
-            QTextDocument probe;
-            probe.documentLayout()->setPaintDevice(&measure);
-            probe.setDefaultFont(font);
-            probe.setDocumentMargin(0);
-            probe.setHtml(html);
-            probe.setTextWidth(kBodyWidth);
-            if (probe.size().height() <= kBodyHeight || count == 1) {
-                add(html, first ? gap : kGapSection, first && schemeHeading,
-                    first ? heading : heading + QStringLiteral(" (vervolg)"));
+            const QString source = tableHtml(table, from, from + count, first);
+            std::unique_ptr<QTextDocument> document = layOut(source);
+            if (document->size().height() <= kBodyHeight || count == 1) {
+                keep(std::move(document), source, first ? gap : kGapSection, first && schemeHeading,
+                     first ? heading : heading + QStringLiteral(" (vervolg)"));
                 break;
             }
             count = std::max<qsizetype>(1, count / 2);
@@ -585,8 +595,12 @@ void CaseReport::paintPage(QPainter &painter, int page) const
     painter.setPen(Qt::black);
     painter.setFont(d->small);
     const QRectF header(kMarginSide, kMarginTop, kBodyWidth, kHeaderBand - mm(3));
+    // A long case name is shortened in the header rather than run into the date; the title
+    // page shows it whole.
+    const QFontMetricsF metrics(d->small, &d->measure);
     painter.drawText(header, Qt::AlignLeft | Qt::AlignBottom,
-                     QStringLiteral("Pensioenoverzicht - dossier %1").arg(d->options.caseName));
+                     metrics.elidedText(QStringLiteral("Pensioenoverzicht - dossier %1").arg(d->options.caseName),
+                                        Qt::ElideMiddle, kBodyWidth * 0.7));
     painter.drawText(header, Qt::AlignRight | Qt::AlignBottom,
                      QStringLiteral("Afgedrukt op %1").arg(Format::date(d->options.printDate)));
     painter.setPen(QPen(QColor(0x9a, 0x9a, 0x9a), 0.75));
