@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -88,6 +89,7 @@ private slots:
     void anUnreadableCaseWritesNothing();
     void wrongUsageSaysHowAndWritesNothing();
     void aCaseFileIsReportedAndStaysAsItWas();
+    void aPipeGetsNoProgressButATerminalDoes();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -240,6 +242,33 @@ void TestRapportCommand::aCaseFileIsReportedAndStaysAsItWas()
     QVERIFY(PdfText::text(pdf).contains(QStringLiteral("Ria van den Berg-Smit")));
     // Neither the check nor the report writes to the case they read.
     QCOMPARE(QCryptographicHash::hash(contentOf(caseFile), QCryptographicHash::Sha256), before);
+}
+
+void TestRapportCommand::aPipeGetsNoProgressButATerminalDoes()
+{
+    // Through pipes (a script, a log) only the result line: no bar to garble the log.
+    const QString piped = m_dir->filePath(QStringLiteral("pijp.pdf"));
+    const Run run = zarnoveld({QStringLiteral("rapport"), example(QStringLiteral("stress-99.json")), piped});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.err, QString());
+
+    // On a terminal the long run shows how far it is. util-linux's script gives the program one.
+    const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
+    if (script.isEmpty())
+        QSKIP("script (util-linux) is not installed");
+    const QString pdf = m_dir->filePath(QStringLiteral("terminal.pdf"));
+    // The bar waits half a second before it shows; checking and laying out the 99 + 99 case takes
+    // longer than that in the builds the suite runs (Debug, sanitizers).
+    const QString command = QStringLiteral("'%1' rapport '%2' '%3'")
+                                .arg(QStringLiteral(ZARNOVELD_EXECUTABLE), example(QStringLiteral("stress-99-in-orde.json")), pdf);
+    QProcess process;
+    process.start(script, {QStringLiteral("-qec"), command, QStringLiteral("/dev/null")});
+    QVERIFY(process.waitForFinished(120000));
+    QCOMPARE(process.exitCode(), 0);
+    const QString shown = QString::fromUtf8(process.readAllStandardOutput());
+    QVERIFY2(shown.contains(QStringLiteral("/198 regelingen")) || shown.contains(QStringLiteral(" pagina's\x1b[K")),
+             qPrintable(shown.left(300)));
+    QVERIFY(shown.contains(QStringLiteral("Rapport geschreven")));
 }
 
 QTEST_GUILESS_MAIN(TestRapportCommand)
