@@ -242,6 +242,12 @@ void TestRapportCommand::aCaseFileIsReportedAndStaysAsItWas()
     QVERIFY(PdfText::text(pdf).contains(QStringLiteral("Ria van den Berg-Smit")));
     // Neither the check nor the report writes to the case they read.
     QCOMPARE(QCryptographicHash::hash(contentOf(caseFile), QCryptographicHash::Sha256), before);
+
+    // Not even when it is named as the target, replacing allowed.
+    const Run self = zarnoveld({QStringLiteral("rapport"), caseFile, caseFile, QStringLiteral("--overschrijven")});
+    QCOMPARE(self.exitCode, 2);
+    QVERIFY2(self.err.contains(QStringLiteral("het dossier zelf")), qPrintable(self.err));
+    QCOMPARE(QCryptographicHash::hash(contentOf(caseFile), QCryptographicHash::Sha256), before);
 }
 
 void TestRapportCommand::aPipeGetsNoProgressButATerminalDoes()

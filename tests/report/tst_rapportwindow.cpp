@@ -150,6 +150,16 @@ private Q_SLOTS:
         QCOMPARE(messages.count(), 1);
         QVERIFY2(messages.lastText().contains(QStringLiteral("symbolische koppeling")), qPrintable(messages.lastText()));
         QCOMPARE(contentOf(victim), QByteArray("blijft"));
+
+        // The open case file itself is no place for its report, whatever the user answers.
+        messages.clear();
+        const QString caseFile = window.currentCase()->filePath();
+        const QByteArray before = contentOf(caseFile);
+        QVERIFY(!before.isEmpty());
+        QVERIFY(!window.exportPdfTo(caseFile));
+        QCOMPARE(messages.count(), 1);
+        QVERIFY2(messages.lastText().contains(QStringLiteral("het dossier zelf")), qPrintable(messages.lastText()));
+        QCOMPARE(contentOf(caseFile), before);
         QVERIFY(window.close());
     }
 

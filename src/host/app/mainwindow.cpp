@@ -265,7 +265,7 @@ void MainWindow::exportPdf()
 bool MainWindow::exportPdfTo(const QString &path)
 {
     const QString title = QStringLiteral("Exporteren als PDF");
-    if (QString reason = Rapport::refusal(path, true); !reason.isEmpty()) {
+    if (QString reason = Rapport::refusal(path, true, m_case ? m_case->filePath() : QString()); !reason.isEmpty()) {
         MessageBox::ok(this, reason, title);
         return false;
     }
@@ -276,7 +276,7 @@ bool MainWindow::exportPdfTo(const QString &path)
     if (!report)
         return false;
     QString error;
-    if (!Rapport::writePdf(*report, path, true, &error)) {
+    if (!Rapport::writePdf(*report, path, true, &error, {}, m_case ? m_case->filePath() : QString())) {
         MessageBox::ok(this, error, QStringLiteral("Exporteren mislukt"));
         return false;
     }

@@ -60,9 +60,12 @@ bool wouldReplace(const QString &path)
     return info.exists() && !info.isSymLink() && info.isFile();
 }
 
-QString refusal(const QString &path, bool overwrite)
+QString refusal(const QString &path, bool overwrite, const QString &source)
 {
     const QFileInfo info(path);
+    // "--overschrijven" or a hasty Ja must not turn the case itself into its own report.
+    if (!source.isEmpty() && info.exists() && info.canonicalFilePath() == QFileInfo(source).canonicalFilePath())
+        return QStringLiteral("%1 is het dossier zelf; kies een ander bestand voor het rapport.").arg(path);
     // A link could point anywhere, a file of someone else's included: never written through.
     if (info.isSymLink())
         return QStringLiteral("%1 is een symbolische koppeling; het rapport wordt daar niet geschreven.").arg(path);
@@ -76,14 +79,14 @@ QString refusal(const QString &path, bool overwrite)
 }
 
 bool writePdf(const VandrelReport::CaseReport &report, const QString &path, bool overwrite, QString *error,
-              const Progress &progress)
+              const Progress &progress, const QString &source)
 {
     const auto fail = [error](const QString &reason) {
         if (error)
             *error = reason;
         return false;
     };
-    if (const QString reason = refusal(path, overwrite); !reason.isEmpty())
+    if (const QString reason = refusal(path, overwrite, source); !reason.isEmpty())
         return fail(reason);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
@@ -150,8 +153,8 @@ int main(int argc, char **argv)
     const QString target = args[2];
 
     // Before any work: a target that will be refused is refused at once.
-    if (QString reason = refusal(target, parser.isSet(overwrite)); !reason.isEmpty()) {
-        if (wouldReplace(target) && !parser.isSet(overwrite))
+    if (QString reason = refusal(target, parser.isSet(overwrite), source); !reason.isEmpty()) {
+        if (wouldReplace(target) && !parser.isSet(overwrite) && reason.endsWith(QStringLiteral("bestaat al.")))
             reason += QStringLiteral(" Gebruik --overschrijven om het te vervangen.");
         return fail(reason);
     }
@@ -170,7 +173,7 @@ int main(int argc, char **argv)
     } catch (const HostError &e) {
         return fail(e.description());
     }
-    const bool written = writePdf(*report, target, parser.isSet(overwrite), &error, progress);
+    const bool written = writePdf(*report, target, parser.isSet(overwrite), &error, progress, source);
     bar.finish();
     if (!written)
         return fail(error);

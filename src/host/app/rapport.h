@@ -28,8 +28,8 @@ std::unique_ptr<VandrelReport::CaseReport> build(HostApplication &application, c
                                                  Check::Checker &checker, const Progress &progress = {});
 
 // Why the report may not be written to path, or empty: a symbolic link, a folder, a folder that
-// does not exist, or (unless overwrite) an existing file.
-QString refusal(const QString &path, bool overwrite);
+// does not exist, the case being reported (source), or (unless overwrite) an existing file.
+QString refusal(const QString &path, bool overwrite, const QString &source = QString());
 // True when path is an existing file that writing would replace.
 bool wouldReplace(const QString &path);
 
@@ -37,7 +37,7 @@ bool wouldReplace(const QString &path);
 // renamed over the target only when it is complete. False with a Dutch reason; then nothing at
 // path has changed.
 bool writePdf(const VandrelReport::CaseReport &report, const QString &path, bool overwrite, QString *error,
-              const Progress &progress = {});
+              const Progress &progress = {}, const QString &source = QString());
 
 // The whole command: zarnoveld rapport CASE FILE.pdf [--overschrijven]; exit 0 written, 2 not.
 int main(int argc, char **argv);
