@@ -111,6 +111,7 @@ struct Table
     QString intro;            // HTML above the column titles in the first block only (the scheme heading)
     QStringList columns;
     QList<bool> right;
+    QList<int> widths;        // percentages of the body width; empty: the table decides
     QList<QStringList> rows;  // cell texts, already formatted (plain text)
     QString empty;            // shown instead of the table when there are no rows
 };
@@ -129,8 +130,9 @@ QString tableHtml(const Table &table, qsizetype from, qsizetype to, bool first)
     }
     html += kTableOpen + QStringLiteral("<thead><tr style=\"background-color:#e8e8e8;\">");
     for (qsizetype c = 0; c < table.columns.size(); ++c)
-        html += QStringLiteral("<th align=\"%1\">%2</th>")
-                    .arg(table.right.value(c) ? QStringLiteral("right") : QStringLiteral("left"), esc(table.columns[c]));
+        html += QStringLiteral("<th align=\"%1\"%3>%2</th>")
+                    .arg(table.right.value(c) ? QStringLiteral("right") : QStringLiteral("left"), esc(table.columns[c]),
+                         table.widths.value(c) > 0 ? QStringLiteral(" width=\"%1%\"").arg(table.widths.value(c)) : QString());
     html += QStringLiteral("</tr></thead>");
     for (qsizetype r = from; r < to; ++r) {
         html += QStringLiteral("<tr>");
@@ -493,6 +495,7 @@ void CaseReport::Private::addFindings()
         table.title = subject.isEmpty() ? QStringLiteral("Dossier") : subject;
         table.columns = {QStringLiteral("Soort"), QStringLiteral("Bevinding")};
         table.right = {false, false};
+        table.widths = {14, 86};
         for (const Finding &f : options.findings) {
             if (f.subject != subject)
                 continue;
