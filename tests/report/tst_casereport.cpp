@@ -16,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
+
 using namespace VandrelReport;
 namespace Format = VandrelControl::Format;
 
@@ -238,6 +240,12 @@ void TestCaseReport::stressCasesFillThePagesTheLayoutRulePredicts()
     }
     QCOMPARE(schemes, 198);
     const int expected = pagesByRule(blocks, CaseReport::bodyHeight());
+    // Bounds any pagination must keep: no fewer pages than the content fills, no more than blocks.
+    qreal content = 0;
+    for (const Block &b : blocks)
+        content += b.height;
+    QVERIFY(expected >= int(std::ceil(content / CaseReport::bodyHeight())));
+    QVERIFY(expected <= blocks.size());
     QCOMPARE(pages, expected);
     QCOMPARE(report.pageCount(), expected);
 

@@ -411,20 +411,20 @@ void CaseReport::Private::addScheme(const AanvragerPtr &aanvrager, qint16 penId,
 
     const qint16 regels = p->OuderdomRegelCount();
     if (p->HeeftSpecificatie()) {
-        Table spec;
-        spec.title = QStringLiteral("Specificatie pensioen");
-        spec.columns = {QStringLiteral("Ingangsleeftijd"), QStringLiteral("OP"), QStringLiteral("Ingang OP"),
+        Table breakdown;
+        breakdown.title = QStringLiteral("Specificatie pensioen");
+        breakdown.columns = {QStringLiteral("Ingangsleeftijd"), QStringLiteral("OP"), QStringLiteral("Ingang OP"),
                         QStringLiteral("Pré-pensioen"), QStringLiteral("Ingang pré-pensioen")};
-        spec.right = {false, true, false, true, false};
-        spec.empty = QStringLiteral("Geen regels.");
+        breakdown.right = {false, true, false, true, false};
+        breakdown.empty = QStringLiteral("Geen regels.");
         for (qint16 i = 1; i <= regels; ++i) {
             const OuderdomRegelPtr r = p->Get_OuderdomRegel(i);
             if (!r)
                 continue;
-            spec.rows.append({age(r->Leeftijd()), r->OP() ? amount(r->BedragOP()) : dash, r->OP() ? date(r->Dt_IngangOP()) : dash,
+            breakdown.rows.append({age(r->Leeftijd()), r->OP() ? amount(r->BedragOP()) : dash, r->OP() ? date(r->Dt_IngangOP()) : dash,
                               r->PreP() ? amount(r->BedragPreP()) : dash, r->PreP() ? date(r->Dt_IngangPreP()) : dash});
         }
-        addTable(spec, kGapSection, false, heading + QStringLiteral(", specificatie pensioen"));
+        addTable(breakdown, kGapSection, false, heading + QStringLiteral(", specificatie pensioen"));
     }
 
     for (qint16 i = 1; i <= regels; ++i) {
