@@ -4,6 +4,8 @@
 #include "e2esupport.h"
 #include "mainwindow.h"
 #include "pdftext.h"
+#include "pensionscreen.h"
+#include "textbox.h"
 #include "usersim.h"
 
 #include <QAction>
@@ -160,6 +162,51 @@ private Q_SLOTS:
         QCOMPARE(messages.count(), 1);
         QVERIFY2(messages.lastText().contains(QStringLiteral("het dossier zelf")), qPrintable(messages.lastText()));
         QCOMPARE(contentOf(caseFile), before);
+        QVERIFY(window.close());
+    }
+
+    void aProviderStillBeingTypedIsOnTheExportedPaper()
+    {
+        MessageRecorder messages;
+        MainWindow window;
+        QString error;
+        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        QWidget *control = window.pensionScreen()->control();
+        QVERIFY(control);
+        // Typed, not yet left: exporting first lets the pension screen accept it.
+        typeInto(find<VandrelControl::TextBox>(control, QStringLiteral("txtUitvoerder")), QStringLiteral("Zwitserleven"));
+        const QString pdf = m_sandbox->path(QStringLiteral("bijgewerkt.pdf"));
+        QVERIFY(window.exportPdfTo(pdf));
+        QVERIFY2(PdfText::text(pdf).contains(QStringLiteral("Regeling 1: Zwitserleven")), qPrintable(messages.lastText()));
+        QVERIFY(window.close());
+    }
+
+    void aRefusedValueStillBeingTypedStopsTheExport()
+    {
+        MessageRecorder messages;
+        MainWindow window;
+        QString error;
+        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
+        QVERIFY(showActive(&window));
+        clickNavigation(&window, QStringLiteral("Pensioenen"));
+        QWidget *control = window.pensionScreen()->control();
+        QVERIFY(control);
+        auto *grondslag = find<VandrelControl::TextBox>(control, QStringLiteral("TxtGrondslag"));
+        const double stored = window.currentCase()->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(1)->Grondslag();
+        typeInto(grondslag, QStringLiteral("9999999"));
+        const QString pdf = m_sandbox->path(QStringLiteral("geweigerd.pdf"));
+        QVERIFY(!window.exportPdfTo(pdf));
+        QVERIFY(messages.count() >= 1);
+        QVERIFY2(messages.lastText().contains(QStringLiteral("Pensioengrondslag")), qPrintable(messages.lastText()));
+        QVERIFY(!QFileInfo::exists(pdf));
+        QCOMPARE(window.currentCase()->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(1)->Grondslag(), stored);
+        QVERIFY(grondslag->hasFocus());
+        // Put right, the export goes ahead.
+        typeInto(grondslag, QString::number(qRound(stored)));
+        QVERIFY(window.exportPdfTo(pdf));
+        QVERIFY(QFileInfo::exists(pdf));
         QVERIFY(window.close());
     }
 

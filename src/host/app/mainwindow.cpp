@@ -7,6 +7,7 @@
 #include "pensionscreen.h"
 #include "rapport.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -211,11 +212,22 @@ void MainWindow::exportJson()
     }
 }
 
+bool MainWindow::finishTyping()
+{
+    // A menu or a shortcut does not take the focus, so the field being typed in has not checked
+    // and stored its text yet: moving the focus away does what leaving the field does. A field
+    // that refuses its text keeps the focus (and has told the user why).
+    QWidget *focus = QApplication::focusWidget();
+    if (!focus || !m_stack->isAncestorOf(focus))
+        return true;
+    m_navigation->setFocus(Qt::OtherFocusReason);
+    return QApplication::focusWidget() == m_navigation;
+}
+
 std::unique_ptr<VandrelReport::CaseReport> MainWindow::buildReport()
 {
-    // The pension screen first accepts or refuses what is being typed, so the paper shows what
-    // the case holds.
-    if (!m_case || !leavePensionScreen())
+    // What is being typed is accepted or refused first, so the paper shows what the case holds.
+    if (!m_case || !finishTyping() || !leavePensionScreen())
         return nullptr;
     if (!m_checker) {
         auto checker = std::make_unique<Check::Checker>();
@@ -246,7 +258,7 @@ std::unique_ptr<VandrelReport::CaseReport> MainWindow::buildReport()
 
 void MainWindow::exportPdf()
 {
-    if (!m_case || !leavePensionScreen())
+    if (!m_case || !finishTyping() || !leavePensionScreen())
         return;
     const QString suggested = m_case->filePath().isEmpty()
                                   ? QStringLiteral("pensioenoverzicht.pdf")
@@ -286,7 +298,7 @@ bool MainWindow::exportPdfTo(const QString &path)
 
 void MainWindow::printCase()
 {
-    if (!m_case || !leavePensionScreen())
+    if (!m_case || !finishTyping() || !leavePensionScreen())
         return;
     QPrinter printer(QPrinter::HighResolution);
     QPrintDialog dialog(&printer, this);

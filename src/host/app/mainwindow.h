@@ -52,6 +52,7 @@ private:
     void updateTitle();
     void exportPdf();
     void printCase();
+    bool finishTyping();
     // The report of the open case, checked on a copy; nullptr (the user told why) when it fails.
     std::unique_ptr<VandrelReport::CaseReport> buildReport();
 
