@@ -636,8 +636,6 @@ QString legend()
                           "beantwoord en houden niemand tegen.");
 }
 
-namespace {
-
 QString schemeLabel(const SchemeResult &scheme)
 {
     return QStringLiteral("%1 %2, regeling %3 (%4)")
@@ -645,6 +643,8 @@ QString schemeLabel(const SchemeResult &scheme)
         .arg(scheme.penId)
         .arg(scheme.uitvoerder.isEmpty() ? QStringLiteral("geen uitvoerder") : scheme.uitvoerder);
 }
+
+namespace {
 
 QString oneLine(QString text)
 {
@@ -774,46 +774,37 @@ int exitCode(const QList<CaseResult> &cases)
 
 // ---------------------------------------------------------------------------------------------
 
-namespace {
+ProgressBar::ProgressBar() : m_enabled(isatty(STDERR_FILENO) == 1) { m_clock.start(); }
 
-// A bar on stderr for a person watching a terminal; pipes and logs get only the report.
-class ProgressBar
+ProgressBar::~ProgressBar() { finish(); }
+
+void ProgressBar::update(const QString &source, int done, int total, const QString &unit)
 {
-public:
-    ProgressBar() : m_enabled(isatty(STDERR_FILENO) == 1) { m_clock.start(); }
-    ~ProgressBar() { finish(); }
+    // Short runs would only flicker; the bar appears once a run has taken half a second.
+    if (!m_enabled || m_clock.elapsed() < 500 || (m_drawn && m_lastDraw.elapsed() < 100 && done < total))
+        return;
+    constexpr int width = 30;
+    const int filled = total > 0 ? done * width / total : width;
+    QTextStream err(stderr);
+    err << "\r" << Terminal::escaped(QFileInfo(source).fileName()) << " [" << QString(filled, QLatin1Char('#'))
+        << QString(width - filled, QLatin1Char('.')) << "] " << done << "/" << total << " " << unit
+        << "\x1b[K";
+    err.flush();
+    m_drawn = true;
+    m_lastDraw.start();
+}
 
-    void update(const QString &source, int done, int total)
-    {
-        // Short runs would only flicker; the bar appears once a run has taken half a second.
-        if (!m_enabled || m_clock.elapsed() < 500 || (m_drawn && m_lastDraw.elapsed() < 100 && done < total))
-            return;
-        constexpr int width = 30;
-        const int filled = total > 0 ? done * width / total : width;
-        QTextStream err(stderr);
-        err << "\r" << Terminal::escaped(QFileInfo(source).fileName()) << " [" << QString(filled, QLatin1Char('#'))
-            << QString(width - filled, QLatin1Char('.')) << "] " << done << "/" << total << " regelingen"
-            << "\x1b[K";
-        err.flush();
-        m_drawn = true;
-        m_lastDraw.start();
-    }
-    void finish()
-    {
-        if (!m_drawn)
-            return;
-        QTextStream err(stderr);
-        err << "\r\x1b[K";
-        err.flush();
-        m_drawn = false;
-    }
+void ProgressBar::finish()
+{
+    if (!m_drawn)
+        return;
+    QTextStream err(stderr);
+    err << "\r\x1b[K";
+    err.flush();
+    m_drawn = false;
+}
 
-private:
-    bool m_enabled;
-    bool m_drawn = false;
-    QElapsedTimer m_clock;
-    QElapsedTimer m_lastDraw;
-};
+namespace {
 
 void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
 {

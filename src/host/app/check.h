@@ -5,6 +5,7 @@
 
 #include "hostapplication.h"
 
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QList>
 #include <QString>
@@ -89,10 +90,31 @@ struct Finding
 QList<Finding> findings(const CaseResult &result);
 
 QString legend();
+// "Aanvrager Jan, regeling 1 (ABP)": how the reports name a scheme.
+QString schemeLabel(const SchemeResult &scheme);
 QString textReport(const QList<CaseResult> &cases);
 QJsonObject jsonReport(const QList<CaseResult> &cases);
 // 0 all schemes pass, 1 a scheme fails, 2 a case could not be read.
 int exitCode(const QList<CaseResult> &cases);
+
+// A bar on stderr for a person watching a terminal; pipes and logs get only the report.
+class ProgressBar
+{
+public:
+    ProgressBar();
+    ~ProgressBar();
+    ProgressBar(const ProgressBar &) = delete;
+    ProgressBar &operator=(const ProgressBar &) = delete;
+
+    void update(const QString &source, int done, int total, const QString &unit = QStringLiteral("regelingen"));
+    void finish();
+
+private:
+    bool m_enabled;
+    bool m_drawn = false;
+    QElapsedTimer m_clock;
+    QElapsedTimer m_lastDraw;
+};
 
 // The whole command: zarnoveld check CASE... [--json]. Creates its own QApplication, always
 // offscreen, so it runs the same with or without a display.

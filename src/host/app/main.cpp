@@ -8,6 +8,7 @@
 //   zarnoveld pensioenoverzicht CASE FILE --deelnemer aanvrager|partner [--proef]
 //   zarnoveld parameters CASE [--jaar JAAR]   shows the case's figure year, or moves it to JAAR
 //   zarnoveld --version | --help
+//   zarnoveld rapport CASE FILE.pdf [--overschrijven]  the case on paper, with the check's findings
 
 #include "check.h"
 #include "cli.h"
@@ -19,6 +20,7 @@
 #include "safefile.h"
 #include "terminal.h"
 #include "translations.h"
+#include "rapport.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -135,6 +137,8 @@ int main(int argc, char **argv)
         return Zarnoveld::Check::main(argc, argv);
     if (argc > 1 && qstrcmp(argv[1], "parameters") == 0)
         return Zarnoveld::Cli::parametersMain(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], "rapport") == 0)
+        return Zarnoveld::Rapport::main(argc, argv);
     const bool display = hasDisplay();
     // Without a display the picture is drawn as on a 1920x1080 monitor: the window keeps within
     // its screen, and the offscreen platform's own screen is only 800x600.

@@ -11,6 +11,8 @@
 #include "previewdialog.h"
 #include "usersettings.h"
 
+#include "rapport.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
@@ -26,8 +28,12 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QMenuBar>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProgressDialog>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
@@ -145,6 +151,8 @@ MainWindow::MainWindow(QWidget *parent)
     action("actRekenjaar", QStringLiteral("&Fiscale cijfers bijwerken naar %1...").arg(FiscalFigures::yearFor(QDate::currentDate())),
            &MainWindow::moveToCurrentFigureYear);
     m_figureYear = file->findChild<QAction *>(QStringLiteral("actRekenjaar"));
+    action("actExporterenPdf", QStringLiteral("E&xporteren als PDF..."), &MainWindow::exportPdf);
+    action("actAfdrukken", QStringLiteral("Af&drukken..."), &MainWindow::printCase, QKeySequence(Qt::CTRL | Qt::Key_P));
     file->addSeparator();
     action("actAfsluiten", QStringLiteral("&Afsluiten"), &QWidget::close, QKeySequence(Qt::CTRL | Qt::Key_Q));
     fillRecentMenu();
@@ -726,6 +734,106 @@ void MainWindow::showAbout()
                        .arg(QStringLiteral(ZARNOVELD_VERSION))
                        .arg(HostApplication::figuresYear()),
                    QStringLiteral("Over Zarnoveld"), MessageBox::Icon::Information);
+bool MainWindow::finishTyping()
+{
+    // A menu or a shortcut does not take the focus, so the field being typed in has not checked
+    // and stored its text yet: moving the focus away does what leaving the field does. A field
+    // that refuses its text keeps the focus (and has told the user why).
+    QWidget *focus = QApplication::focusWidget();
+    if (!focus || !m_stack->isAncestorOf(focus))
+        return true;
+    m_navigation->setFocus(Qt::OtherFocusReason);
+    return QApplication::focusWidget() == m_navigation;
+}
+
+std::unique_ptr<VandrelReport::CaseReport> MainWindow::buildReport()
+{
+    // What is being typed is accepted or refused first, so the paper shows what the case holds.
+    if (!m_case || !finishTyping() || !leavePensionScreen())
+        return nullptr;
+    if (!m_checker) {
+        auto checker = std::make_unique<Check::Checker>();
+        QString error;
+        if (!checker->prepare(&error)) {
+            MessageBox::ok(this, error, QStringLiteral("Rapport niet gemaakt"));
+            return nullptr;
+        }
+        m_checker = std::move(checker);
+    }
+    // A case of two times 99 schemes takes a moment: the dialog appears only when it does.
+    QProgressDialog progress(QStringLiteral("Het pensioenoverzicht wordt gemaakt..."), QString(), 0, 1, this);
+    progress.setWindowTitle(QStringLiteral("Pensioenoverzicht"));
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    const QString name = m_case->filePath().isEmpty() ? QStringLiteral("nieuw dossier")
+                                                      : QFileInfo(m_case->filePath()).completeBaseName();
+    try {
+        return Rapport::build(*m_case, name, *m_checker, [&](int done, int total, const QString &) {
+            progress.setMaximum(total);
+            progress.setValue(done);
+        });
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Rapport niet gemaakt"));
+        return nullptr;
+    }
+}
+
+void MainWindow::exportPdf()
+{
+    if (!m_case || !finishTyping() || !leavePensionScreen())
+        return;
+    const QString suggested = m_case->filePath().isEmpty()
+                                  ? QStringLiteral("pensioenoverzicht.pdf")
+                                  : QFileInfo(m_case->filePath()).absoluteDir().filePath(
+                                        QFileInfo(m_case->filePath()).completeBaseName() + QStringLiteral(".pdf"));
+    // The question before replacing a file is ours (and answerable by a responder), not the dialog's.
+    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Exporteren als PDF"), suggested,
+                                                QStringLiteral("PDF (*.pdf)"), nullptr, QFileDialog::DontConfirmOverwrite);
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QStringLiteral(".pdf");
+    exportPdfTo(path);
+}
+
+bool MainWindow::exportPdfTo(const QString &path)
+{
+    const QString title = QStringLiteral("Exporteren als PDF");
+    if (QString reason = Rapport::refusal(path, true, m_case ? m_case->filePath() : QString()); !reason.isEmpty()) {
+        MessageBox::ok(this, reason, title);
+        return false;
+    }
+    if (Rapport::wouldReplace(path)
+        && !MessageBox::yesNo(this, QStringLiteral("Het bestand %1 bestaat al. Wilt u het vervangen?").arg(path), title))
+        return false;
+    const std::unique_ptr<VandrelReport::CaseReport> report = buildReport();
+    if (!report)
+        return false;
+    QString error;
+    if (!Rapport::writePdf(*report, path, true, &error, {}, m_case ? m_case->filePath() : QString())) {
+        MessageBox::ok(this, error, QStringLiteral("Exporteren mislukt"));
+        return false;
+    }
+    statusBar()->showMessage(QStringLiteral("Rapport geschreven: %1").arg(path), 5000);
+    return true;
+}
+
+void MainWindow::printCase()
+{
+    if (!m_case || !finishTyping() || !leavePensionScreen())
+        return;
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintDialog dialog(&printer, this);
+    dialog.setObjectName(QStringLiteral("dlgAfdrukken"));
+    dialog.setWindowTitle(QStringLiteral("Afdrukken"));
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const std::unique_ptr<VandrelReport::CaseReport> report = buildReport();
+    if (!report)
+        return;
+    QString error;
+    if (!report->print(&printer, &error))
+        MessageBox::ok(this, error, QStringLiteral("Afdrukken mislukt"));
 }
 
 void MainWindow::updateTitle()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "casereport.h"
 #include "check.h"
 #include "hostapplication.h"
 
@@ -14,6 +15,7 @@ class QDockWidget;
 class QLabel;
 class QListWidget;
 class QMenu;
+class QPrinter;
 class QStackedWidget;
 class QTimer;
 class QListWidgetItem;
@@ -45,6 +47,10 @@ public:
     bool showScreen(Screen screen);
     Screen currentScreen() const;
     PensionScreen *pensionScreen() const { return m_pensions; }
+
+    // "Exporteren als PDF..." without its file dialog: asks before replacing an existing file and
+    // tells the user what went wrong; true when the file was written.
+    bool exportPdfTo(const QString &path);
     ParticipantsScreen *participantsScreen() const { return m_participants; }
 
     // Asks the user for a file; the default shows Qt's own (Dutch) file dialog. Tests and
@@ -89,6 +95,11 @@ private:
     void fitToScreen();
     void saveGeometrySetting();
     QString chooseFile(FileQuestion question, const QString &title, const QString &proposal, const QString &filter);
+    void exportPdf();
+    void printCase();
+    bool finishTyping();
+    // The report of the open case, checked on a copy; nullptr (the user told why) when it fails.
+    std::unique_ptr<VandrelReport::CaseReport> buildReport();
 
     std::shared_ptr<HostApplication> m_case;
     QListWidget *m_navigation = nullptr;
