@@ -5,6 +5,21 @@
 // that find each other without LD_LIBRARY_PATH, the Designer plugin where Qt looks, a version
 // rule that fits a 0.x release, and a pkg-config file that points at the prefix it lies in.
 
+#include <VandrelPensioen/actionbutton.h>
+#include <VandrelPensioen/componentloader.h>
+#include <VandrelPensioen/errorrecord.h>
+#include <VandrelPensioen/formats.h>
+#include <VandrelPensioen/hint.h>
+#include <VandrelPensioen/hostapplication.h>
+#include <VandrelPensioen/hostcheck.h>
+#include <VandrelPensioen/hosterror.h>
+#include <VandrelPensioen/hostmodel.h>
+#include <VandrelPensioen/messagebox.h>
+#include <VandrelPensioen/pensmain.h>
+#include <VandrelPensioen/registration.h>
+#include <VandrelPensioen/textbox.h>
+#include <VandrelPensioen/version.h>
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -55,6 +70,19 @@ private Q_SLOTS:
                                 {QStringLiteral("--install"), QStringLiteral(VANDREL_BINARY_DIR),
                                  QStringLiteral("--prefix"), m_prefix});
         QVERIFY2(install.status == 0, qPrintable(install.output));
+    }
+
+    void prefixedHeadersServeTheBuildTreeToo()
+    {
+        // The headers above came through the build tree's <VandrelPensioen/...> folder; they are
+        // the very files the libraries were built from, so one type seen both ways is one type.
+        QCOMPARE(QStringLiteral(VANDRELPENSIOEN_VERSION_STRING), QStringLiteral(VANDREL_PROJECT_VERSION));
+        QCOMPARE(VANDRELPENSIOEN_VERSION, VANDRELPENSIOEN_VERSION_CHECK(VANDRELPENSIOEN_VERSION_MAJOR,
+                                                                       VANDRELPENSIOEN_VERSION_MINOR,
+                                                                       VANDRELPENSIOEN_VERSION_PATCH));
+        const auto host = Zarnoveld::HostApplication::createInMemory();
+        QVERIFY(host->Get_Dossier() && host->Get_Dossier()->Get_Aanvrager(1));
+        QCOMPARE(VandrelControl::Format::amount(12345), QStringLiteral("12.345"));
     }
 
     void headersAreIncludedWithThePackagePrefixOnly()
@@ -152,5 +180,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPackage)
+QTEST_MAIN(TestPackage)
 #include "tst_package.moc"
