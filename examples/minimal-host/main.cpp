@@ -11,6 +11,8 @@
 #include <QCloseEvent>
 #include <QFile>
 #include <QJsonDocument>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTextStream>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -36,8 +38,12 @@ public:
     explicit HostWindow(const ApplicationPtr &application)
     {
         setWindowTitle(application->Title());
-        (new QVBoxLayout(this))->addWidget(screen);
         guarded([&] { screen->SetApplication(application); });
+        screen->resize(screen->sizeHint());   // its designed size; a smaller display scrolls it
+        auto *scroll = new QScrollArea;
+        scroll->setWidget(screen);
+        (new QVBoxLayout(this))->addWidget(scroll);
+        resize((screen->sizeHint() + QSize(40, 40)).boundedTo(QGuiApplication::primaryScreen()->availableSize()));
     }
 
 protected:
@@ -67,8 +73,7 @@ int main(int argc, char **argv)
     if (argc != 2)
         return QTextStream(stderr) << "Gebruik: minimal-host DOSSIER.json\n", 2;
     QFile file(QString::fromLocal8Bit(argv[1]));
-    const QJsonDocument json = file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll())
-                                                              : QJsonDocument();
+    const auto json = QJsonDocument::fromJson(file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray());
     std::shared_ptr<Zarnoveld::HostApplication> host;
     try {
         if (!json.isObject())
@@ -79,11 +84,9 @@ int main(int argc, char **argv)
         return 2;
     }
     host->setErrorHandler([](const ErrorRecord &record) { QTextStream(stderr) << record.toText() << '\n'; });
-
     HostWindow window(host);
     window.show();
-    // Without a screen nobody can answer a message box or close the window: print the message,
-    // answer No (or OK), and close at once.
+    // Offscreen nobody answers a message box or closes the window: print, answer No (or OK), close.
     if (QGuiApplication::platformName() == QStringLiteral("offscreen")) {
         MessageBox::setResponder([](const MessageBox::Request &r) {
             QTextStream(stderr) << r.title << ": " << r.text << '\n';
