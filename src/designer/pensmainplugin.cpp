@@ -32,7 +32,7 @@ QString PensMainPlugin::whatsThis() const
 
 QString PensMainPlugin::includeFile() const
 {
-    return QStringLiteral("pensmain.h");
+    return QStringLiteral("VandrelPensioen/pensmain.h");
 }
 
 QIcon PensMainPlugin::icon() const
@@ -71,7 +71,7 @@ QString PensMainPlugin::domXml() const
         "  <customwidget>\n"
         "   <class>VandrelPensioen::PensMain</class>\n"
         "   <extends>QWidget</extends>\n"
-        "   <header>pensmain.h</header>\n"
+        "   <header location=\"global\">VandrelPensioen/pensmain.h</header>\n"
         "  </customwidget>\n"
         " </customwidgets>\n"
         "</ui>\n");

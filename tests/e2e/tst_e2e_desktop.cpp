@@ -185,7 +185,6 @@ private Q_SLOTS:
         // The window leaves the pension screen all but the navigation's width.
         QVERIFY(scroll->viewport()->width() >= 1280 - find<QListWidget>(&window, QStringLiteral("lstSchermen"))->width()
                                                     - scroll->verticalScrollBar()->width() - 16);
-        QEXPECT_FAIL("", "the pension screen's own panels are still wider than a laptop screen leaves them", Continue);
         QVERIFY2(!scroll->horizontalScrollBar()->isVisible(),
                  qPrintable(QStringLiteral("control %1 wide, room %2").arg(window.pensionScreen()->control()->width())
                                 .arg(scroll->viewport()->width())));
@@ -337,7 +336,7 @@ private Q_SLOTS:
         // A case shown read-only says so in the title and the status bar.
         app->setReadOnly(true);
         window.setCase(app);
-        QCOMPARE(window.windowTitle(), QStringLiteral("Anna de Wit en %1 [alleen lezen] \u2014 Zarnoveld").arg(partner));
+        QCOMPARE(window.windowTitle(), QStringLiteral("Anna de Wit en %1 [alleen-lezen] \u2014 Zarnoveld").arg(partner));
         QVERIFY(saved->text().startsWith(QStringLiteral("Alleen lezen")));
         QVERIFY(!find<QAction>(&window, QStringLiteral("actTerugzetten"))->isEnabled());
         QVERIFY(!find<QAction>(&window, QStringLiteral("actPrullenbakLegen"))->isEnabled());
@@ -417,7 +416,10 @@ private Q_SLOTS:
         auto *recent = find<QMenu>(&window, QStringLiteral("mnuRecent"));
         Q_EMIT recent->aboutToShow();
         QCOMPARE(recent->actions().value(0)->text(), QStringLiteral("&1 nieuw-desktop.zdossier"));
-        QCOMPARE(recent->actions().value(1)->text(), QStringLiteral("&2 sample-couple.zdossier"));
+        // A JSON opened directly became a case named after the file, its place and its content.
+        const QString second = recent->actions().value(1)->text();
+        QVERIFY2(second.startsWith(QStringLiteral("&2 sample-couple-")) && second.endsWith(QStringLiteral(".zdossier")),
+                 qPrintable(second));
         QVERIFY(window.close());
     }
 
@@ -553,10 +555,10 @@ private Q_SLOTS:
             QVERIFY(process.waitForFinished(60000));
             QCOMPARE(process.exitCode(), 0);
             const QString help = QString::fromUtf8(process.readAllStandardOutput());
-            QVERIFY2(help.startsWith(QStringLiteral("Gebruik: ")), qPrintable(help));
-            QVERIFY(help.contains(QStringLiteral("\nOpties:\n")));
-            QVERIFY(help.contains(QStringLiteral("-h, --help")));
-            QVERIFY(help.contains(QStringLiteral("Toon deze hulp en stop.")));
+            QVERIFY2(help.startsWith(QStringLiteral("Zarnoveld: ")), qPrintable(help));
+            QVERIFY(help.contains(QStringLiteral("\nOpdrachten:\n")));
+            QVERIFY(help.contains(QStringLiteral("zarnoveld --help")));
+            QVERIFY(help.contains(QStringLiteral("toon deze hulp")));
             for (const char *english : {"Usage", "Options", "Arguments", "Displays", "help on"})
                 QVERIFY2(!help.contains(QLatin1String(english)), english);
         }

@@ -147,7 +147,7 @@ private Q_SLOTS:
                                chooseParticipant(QStringLiteral("Partner")), pressInPreview(QStringLiteral("cmdInlezen"))});
         QAction *act = menuAction(window);
         QVERIFY(act);
-        QCOMPARE(act->text(), QStringLiteral("Pensioenoverzicht inlezen..."));
+        QCOMPARE(act->text(), QStringLiteral("&Pensioenoverzicht inlezen..."));
         act->trigger();
         QVERIFY2(answers.done(), qPrintable(answers.seen().join(QLatin1Char(','))));
 

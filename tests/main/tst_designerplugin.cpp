@@ -19,7 +19,9 @@ private Q_SLOTS:
         auto *plugin = qobject_cast<QDesignerCustomWidgetInterface *>(instance);
         QVERIFY(plugin);
         QCOMPARE(plugin->name(), QStringLiteral("VandrelPensioen::PensMain"));
-        QCOMPARE(plugin->includeFile(), QStringLiteral("pensmain.h"));
+        // A form the host saves includes the screen as the installed package offers it.
+        QCOMPARE(plugin->includeFile(), QStringLiteral("VandrelPensioen/pensmain.h"));
+        QVERIFY(plugin->domXml().contains(QStringLiteral("<header location=\"global\">VandrelPensioen/pensmain.h</header>")));
         QVERIFY(plugin->domXml().contains(QStringLiteral("VandrelPensioen::PensMain")));
         QVERIFY(!plugin->isContainer());
 

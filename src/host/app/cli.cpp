@@ -24,18 +24,22 @@ QString helpText()
     const QList<QPair<QString, QString>> commands = {
         {QStringLiteral("zarnoveld [DOSSIER | JSON]"), QStringLiteral("open een dossier in het venster")},
         {QStringLiteral("zarnoveld import JSON DOSSIER"), QStringLiteral("maak van een JSON-dossier een nieuw dossier")},
-        {QStringLiteral("zarnoveld export DOSSIER JSON"), QStringLiteral("schrijf een dossier als JSON-bestand")},
-        {QStringLiteral("zarnoveld register"), QStringLiteral("registreer het pensioenscherm voor deze gebruiker")},
+        {QStringLiteral("zarnoveld export DOSSIER JSON [--overschrijven]"), QStringLiteral("schrijf een dossier als JSON-bestand")},
+        {QStringLiteral("zarnoveld register"), QStringLiteral("registreer het pensioenscherm")},
         {QStringLiteral("zarnoveld unregister"), QStringLiteral("haal die registratie weer weg")},
-        {QStringLiteral("zarnoveld check DOSSIER... [--json]"), QStringLiteral("controleer elke regeling; uitkomst 0, 1 of 2")},
+        {QStringLiteral("zarnoveld check DOSSIER... [--json]"), QStringLiteral("controleer elke regeling (0, 1 of 2)")},
+        {QStringLiteral("zarnoveld pensioenoverzicht DOSSIER BESTAND [--proef]"),
+         QStringLiteral("pensioenoverzicht inlezen (--deelnemer WIE)")},
+        {QStringLiteral("zarnoveld rapport DOSSIER PDF [--overschrijven]"), QStringLiteral("het dossier op papier, als PDF")},
         {QStringLiteral("zarnoveld parameters DOSSIER [--jaar JAAR]"),
-         QStringLiteral("toon of wijzig het jaar van de fiscale cijfers")},
+         QStringLiteral("toon of wijzig het fiscale jaar")},
         {QStringLiteral("zarnoveld --version"), QStringLiteral("toon de versie")},
         {QStringLiteral("zarnoveld --help"), QStringLiteral("toon deze hulp")},
     };
     const QList<QPair<QString, QString>> options = {
-        {QStringLiteral("--scherm SCHERM"), QStringLiteral("begin op deelnemers of pensioenen (standaard)")},
-        {QStringLiteral("--screenshot BESTAND"), QStringLiteral("schrijf een schermafdruk naar BESTAND en stop")},
+        {QStringLiteral("--scherm SCHERM"), QStringLiteral("begin op deelnemers of pensioenen")},
+        {QStringLiteral("--screenshot BESTAND"), QStringLiteral("schermafdruk naar BESTAND, dan stoppen")},
+        {QStringLiteral("--controle, --menu MENU"), QStringLiteral("bij --screenshot: paneel of menu open")},
     };
     qsizetype width = 0;
     for (const auto &[usage, what] : commands)

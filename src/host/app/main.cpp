@@ -124,17 +124,14 @@ int main(int argc, char **argv)
     // A file-size limit must make a write fail (and the program say so), not end the program
     // with the old file's replacement half written.
     std::signal(SIGXFSZ, SIG_IGN);
-    // Always headless, with its own application object: decided before one is made here.
-    if (argc > 1 && qstrcmp(argv[1], "check") == 0)
-        return Zarnoveld::Check::main(argc, argv);
-    if (argc > 1 && qstrcmp(argv[1], "pensioenoverzicht") == 0)
-        return Zarnoveld::OverviewCommand::main(argc, argv);
     // The help and the version need no application object and no display.
     if (int exitCode = 0; Zarnoveld::Cli::handleHelpOrVersion(argc, argv, &exitCode))
         return exitCode;
     // Always headless, with its own application object: decided before one is made here.
     if (argc > 1 && qstrcmp(argv[1], "check") == 0)
         return Zarnoveld::Check::main(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], "pensioenoverzicht") == 0)
+        return Zarnoveld::OverviewCommand::main(argc, argv);
     if (argc > 1 && qstrcmp(argv[1], "parameters") == 0)
         return Zarnoveld::Cli::parametersMain(argc, argv);
     if (argc > 1 && qstrcmp(argv[1], "rapport") == 0)

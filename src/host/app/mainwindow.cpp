@@ -12,6 +12,7 @@
 #include "usersettings.h"
 
 #include "rapport.h"
+#include "safefile.h"
 
 #include <QAction>
 #include <QApplication>
@@ -55,7 +56,7 @@ constexpr int CheckPauseMs = 1500;
 
 QString dossierFolder()
 {
-    return QFileInfo(Commands::caseFileFor(QStringLiteral("x.json"))).absolutePath();
+    return Commands::caseFolder();
 }
 
 // The case file's path can be long: it takes the room the status bar has left and is shortened in
@@ -431,7 +432,8 @@ void MainWindow::newCase()
 {
     if (!leavePensionScreen())
         return;
-    QDir().mkpath(dossierFolder());
+    // The adviser's case folder holds personal data: the owner's alone.
+    SafeFile::makePrivateDir(dossierFolder());
     const QString target = chooseFile(FileQuestion::NewCase, QStringLiteral("Nieuw dossier opslaan als"),
                                       dossierFolder() + QStringLiteral("/nieuw-dossier") + Commands::caseSuffix(),
                                       QStringLiteral("Dossiers (*%1)").arg(Commands::caseSuffix()));
@@ -497,7 +499,8 @@ void MainWindow::importJson()
                                     QStringLiteral("JSON-dossiers (*.json)"));
     if (json.isEmpty())
         return;
-    QDir().mkpath(dossierFolder());
+    // The adviser's case folder holds personal data: the owner's alone.
+    SafeFile::makePrivateDir(dossierFolder());
     const QString target = chooseFile(FileQuestion::NewCase, QStringLiteral("Nieuw dossier opslaan als"),
                                       dossierFolder() + QLatin1Char('/') + QFileInfo(json).completeBaseName()
                                           + Commands::caseSuffix(),
@@ -603,6 +606,8 @@ void MainWindow::importOverview()
         m_pensions->setApplication(m_case);
     else
         showScreen(Pensioenen);
+}
+
 void MainWindow::updateFigureYearAction()
 {
     if (!m_figureYear)
@@ -730,10 +735,12 @@ void MainWindow::showAbout()
     MessageBox::ok(this,
                    QStringLiteral("Zarnoveld %1\n\nAdviesdossiers met het pensioenscherm van VandrelPensioen.\n"
                                   "Rekenjaar van de fiscale bedragen: %2.\n"
-                                  "Licentie: zie LICENSES bij het programma.")
+                                  "Licentie: Apache-2.0, zie LICENSES bij het programma.")
                        .arg(QStringLiteral(ZARNOVELD_VERSION))
                        .arg(HostApplication::figuresYear()),
                    QStringLiteral("Over Zarnoveld"), MessageBox::Icon::Information);
+}
+
 bool MainWindow::finishTyping()
 {
     // A menu or a shortcut does not take the focus, so the field being typed in has not checked
@@ -856,7 +863,7 @@ void MainWindow::updateTitle()
         names = QStringLiteral("Dossier");
     }
     if (m_case->isReadOnly())
-        names += QStringLiteral(" [alleen lezen]");
+        names += QStringLiteral(" [alleen-lezen]");
     setWindowTitle(names + kTitleSuffix);
 }
 

@@ -163,7 +163,7 @@ void ParticipantsScreen::buildSide(Side &side, const QString &title)
         side.present = new QCheckBox(QStringLiteral("Dit dossier heeft een partner"), side.box);
         side.present->setObjectName(QStringLiteral("chkPartner"));
         column->addWidget(side.present);
-        connect(side.present, &QCheckBox::toggled, this, [this, &side](bool on) {
+        connect(side.present, &QCheckBox::toggled, this, [this](bool on) {
             if (m_loading || !m_application)
                 return;
             guarded([&] {

@@ -48,7 +48,7 @@ std::unique_ptr<VandrelReport::CaseReport> build(HostApplication &application, c
     });
     VandrelReport::Options options;
     options.caseName = caseName;
-    options.findings = findings(result);
+    options.findings = Rapport::findings(result);
     // The report reads the case through its interfaces only; hand it a pointer that does not own it.
     const VandrelApplication::ApplicationPtr view(&application, [](VandrelApplication::Application *) {});
     return std::make_unique<VandrelReport::CaseReport>(view, options);

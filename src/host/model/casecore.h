@@ -78,9 +78,6 @@ public:
     // are gone (their handles throw) and the exception is passed on.
     void asOneChange(const std::function<void()> &body);
 
-private:
-    std::map<const TableDef *, qint64> m_nextId;
-    int m_oneChange = 0;
     // The bin (see bin.cpp): RemovePension moves a scheme here in the same transaction that
     // removes it; putting it back returns its number in the participant's list.
     std::vector<BinItem> bin;
@@ -94,6 +91,7 @@ private:
 
 private:
     std::map<const TableDef *, qint64> m_nextId;
+    int m_oneChange = 0;
     qint64 m_nextBinId = 0;
 };
 

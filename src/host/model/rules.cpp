@@ -73,6 +73,8 @@ QDate dateOf65(const QDate &birth)
         return {};
     const QDate at65 = birth.addYears(65);
     return QDate(at65.year(), at65.month(), 1);
+}
+
 // The host does not link the pension screen (it loads it at run time), yet a case moved to another
 // figure year must store the franchise the screen would compute, without the screen open. These
 // are the screen's own rules for the computed franchise, basis and accrual; an end-to-end test

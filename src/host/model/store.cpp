@@ -165,6 +165,8 @@ static void addFigureYear(QSqlDatabase &db)
     const int matched = FiscalFigures::matchingYear(readParameters(db));
     const int year = matched ? matched : FiscalFigures::kYearOfUnmarkedCases;
     execOrThrow(db, QStringLiteral("UPDATE dossier SET \"Rekenjaar\" = %1").arg(year));
+}
+
 // Version 5: the bin. A scheme there belongs to its participant: removing the participant takes
 // its removed schemes along.
 static void createBinTable(QSqlDatabase &db)

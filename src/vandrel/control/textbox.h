@@ -10,10 +10,10 @@
 
 namespace VandrelControl {
 
-// The suite's validating text box. Leaving the field as a user (Tab, Shift+Tab, a click elsewhere,
-// Enter) emits Validate(Cancel); a handler that sets Cancel keeps the focus in the field. Text
-// that cannot be read as the field's kind never reaches a handler: the user gets an
-// "Ongeldige invoer" message and stays in the field. Values set by code never emit Validate.
+/// The suite's validating text box. Leaving the field as a user (Tab, Shift+Tab, a click elsewhere,
+/// Enter) emits Validate(Cancel); a handler that sets Cancel keeps the focus in the field. Text
+/// that cannot be read as the field's kind never reaches a handler: the user gets an
+/// "Ongeldige invoer" message and stays in the field. Values set by code never emit Validate.
 class VANDRELCONTROL_EXPORT TextBox : public QLineEdit
 {
     Q_OBJECT
@@ -22,39 +22,40 @@ class VANDRELCONTROL_EXPORT TextBox : public QLineEdit
     Q_PROPERTY(bool causesValidation READ causesValidation WRITE setCausesValidation)
 
 public:
-    explicit TextBox(QWidget *parent = nullptr);
+    explicit TextBox(QWidget *parent = nullptr);  ///< An empty Text field that checks on leaving.
     ~TextBox() override;
 
-    FieldKind kind() const;
-    void setKind(FieldKind kind);
-    // Decimals shown for Percentage and Factor ("#,##0.000" is 3, the default); Amount shows 0.
+    FieldKind kind() const;         ///< What the field holds; decides how text is read and shown.
+    void setKind(FieldKind kind);   ///< Sets kind() and shows the value again in that kind's format.
+    /// Decimals shown for Percentage and Factor ("#,##0.000" is 3, the default); Amount shows 0.
     int decimals() const;
-    void setDecimals(int decimals);
-    // While false, leaving the field emits nothing and checks nothing.
+    void setDecimals(int decimals);  ///< Sets decimals().
+    /// While false, leaving the field emits nothing and checks nothing.
     bool causesValidation() const;
-    void setCausesValidation(bool on);
+    void setCausesValidation(bool on);  ///< Sets causesValidation().
 
-    // Numeric value: what code set last (exactly, not the rounded text) until the user edits,
-    // then the text read as the field's kind. Empty text is 0.
+    /// Numeric value: what code set last (exactly, not the rounded text) until the user edits,
+    /// then the text read as the field's kind. Empty text is 0.
     double value() const;
-    void setValue(double value);
-    // Date value; a null QDate when not filled.
+    void setValue(double value);  ///< Shows value in the field's format; emits nothing.
+    /// Date value; a null QDate when not filled.
     QDate date() const;
-    void setDate(const QDate &value);
-    // Whether the text is empty (a cleared number still reads as 0 through value()).
+    void setDate(const QDate &value);  ///< Shows value as dd-MM-yyyy (empty when not filled); emits nothing.
+    /// Whether the text is empty (a cleared number still reads as 0 through value()).
     bool isEmpty() const;
-    // Whether the current text can be read as the field's kind.
+    /// Whether the current text can be read as the field's kind.
     bool isReadable() const;
 
 Q_SIGNALS:
+    /// The user leaves the field with readable text; set Cancel to keep the focus in it.
     void Validate(bool &Cancel);
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void changeEvent(QEvent *event) override;
-    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;      ///< Blocks characters the kind cannot hold; Enter leaves the field.
+    void focusOutEvent(QFocusEvent *event) override;    ///< Leaving the field: reads, checks, emits Validate().
+    void focusInEvent(QFocusEvent *event) override;     ///< Selects the text for overtyping.
+    void changeEvent(QEvent *event) override;           ///< Follows enabled and read-only changes.
+    bool event(QEvent *event) override;                 ///< Sees Tab and Shift+Tab before the focus moves.
 
 private:
     class Private;
