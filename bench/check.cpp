@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld check throughput: schemes validated per second on the 99 + 99 stress case, each one
 // loaded into the pension screen and given its full check, exactly as the command does it. The
 // stress case's schemes all fail (the costly way through the screen: every one is refused and

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Cold start: a new process that opens a case file and shows the pension screen, measured until
 // the screen has painted. The bench starts itself as that process (--child), so each run pays for
 // everything a user's start pays for: loading Qt and the component library through the registry,

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Leaving a field as the user does it: Tab out of a TextBox whose check passes, the value written
 // through to a SQLite case file before the focus moves on. The typing happens outside the clock;
 // only the leave is timed. The setter alone is the floor the leave is compared with; the setter in

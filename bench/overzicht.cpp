@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Reading a pension register overview of 200 schemes, mapping it onto a case and building the
 // preview (text and dialog), against the floor of the same work: the bare parse of the same bytes
 // by Qt's own reader (QJsonDocument, or QXmlStreamReader walking every token). Target: < 50 ms.

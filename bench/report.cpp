@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The case report of the 99 + 99 cases: laid out and written as PDF, the way `zarnoveld rapport`
 // and "Exporteren als PDF..." do it after the check. The floor is the toolkit doing the same
 // content its simplest way: one QTextDocument of all blocks, paginated and printed by

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // PensMain::SetApplication on a case with 99 + 99 schemes, against the toolkit's floor: filling a
 // bare QTreeWidget with the same 198 x 10 texts. Also the median time to select another scheme
 // (validation of the shown one plus loading both data panels), and apart from it the median time

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Leaving a field ends in one host setter that writes through to the case file. This compares its
 // median latency with the floor: a bare SQLite UPDATE of one row in its own transaction, on a file
 // with the same journal settings.

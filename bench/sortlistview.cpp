@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // SortListView on 10 000 rows against the toolkit's floor: QTreeWidget::sortItems on a column
 // that already holds sortable keys, for each kind of column (dates, numbers, text). Both start
 // from the same shuffled rows every iteration.

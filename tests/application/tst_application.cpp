@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The host library's own parts: error record, host error, filled dates and the check service.
 
 #include "errorrecord.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The source folders form layers: a folder may include its own headers and those of the layers
 // below it, never one above, and no two files or folders may include each other. The build alone
 // does not catch a violation (every part sees the include paths of all parts it links), so this

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld check, run as a user runs it: the built program on case files, read back from its
 // report and exit code.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld check on a host that fails at one operation after another (every operation a clean
 // check performs, in turn): the check never crashes and still reports every scheme; a fault in
 // its own reading of the case makes the case unreadable; otherwise at most one scheme comes out

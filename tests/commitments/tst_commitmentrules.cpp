@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The commitments arithmetic on its own: rounding, percentages of the OP, ages and the 65 date.
 
 #include "commitmentrules.h"

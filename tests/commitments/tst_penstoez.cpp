@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The commitments panel driven as a user drives it: tick boxes, type into fields and Tab out,
 // answer the questions; then read the host's data back.
 

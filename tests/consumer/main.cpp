@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Places the pension screen in a window and checks that the exported package is usable: the
 // prefixed headers, the version header, the library, and the route by name through the
 // component registry.

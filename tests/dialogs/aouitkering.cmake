@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+# SPDX-License-Identifier: Apache-2.0
 # The disability benefit schedule dialog: its schedule rules without a form, and the form driven as
 # a user does against the three kinds of owner record of the reference host.
 if(TARGET zarnoveld_model)

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The disability benefit schedule dialog, driven as a user does against the reference host's three
 // kinds of schedule owner: a capital cover, an insured person and a pension record of a case.
 

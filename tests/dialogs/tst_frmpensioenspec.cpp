@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // "Specificatie pensioen" driven as a user against the reference host: type, Tab, tick, click
 // rows and buttons, answer the questions, then read the pension record back.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The scenario dialog driven as a user: click rows, type, Tab, press the buttons, then read the
 // scenario back from the reference host.
 

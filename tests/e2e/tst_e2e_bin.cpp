@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // A scheme deleted on the pension screen (which asks nothing) can be put back from Bewerken: at
 // its old place with every value, across a restart, until the adviser empties the bin or it has
 // been there longer than the bin keeps things.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld as an adviser works in it all day, on a 1280x720 laptop and a 1920x1080 monitor side
 // by side (a virtual offscreen desktop of two screens): the window fits, scroll bars only scroll,
 // Qt's own texts are Dutch, the title and status bar say where the adviser is, every menu entry

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The adviser moves an open case to this year's fiscal figures from the Bestand menu: asked
 // first, nothing changes on No, and on Yes the figures, the year and every computed franchise
 // change, in the file and on the pension screen, which computes exactly what the host stored.

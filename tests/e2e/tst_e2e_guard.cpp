@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The program's application object: a host error that comes out of an event (the pension screen
 // and its list have no error trap of their own) is logged and shown as an error report, and the
 // program goes on.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension screen cannot be left while the shown scheme has an error: not by the navigation,
 // not by opening another case, not by closing the window. Once the error is put right it can.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Bestand > Pensioenoverzicht inlezen... in the zarnoveld window, every dialog answered as a user
 // answers it: the file, the participant, the preview; then the pension screen shows the result.
 

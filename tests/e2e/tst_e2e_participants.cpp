@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The participants screen: names, birth dates, categories, employments and the partner are edited
 // as a user does, and everything is found again after the case file is opened anew.
 

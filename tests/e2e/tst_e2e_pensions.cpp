@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension screen inside the zarnoveld window: a sample case is opened, schemes are added,
 // moved and deleted with the mouse and keyboard, the case is closed and opened again from its file.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The zarnoveld program started where there is no display: it says so, writes a picture of the
 // pension screen and ends well instead of failing to open a window.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The zarnoveld program tried as an unlucky or hostile user tries it: a full disk, a symlink, a
 // file of the same name, a read-only case, a megabyte name, a killed import, names that would
 // garble a terminal. Each run is the real program, started as a process without a display.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The zarnoveld window itself: the error report a control hands to the host, and the window size
 // kept between sessions.
 

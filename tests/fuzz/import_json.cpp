@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The JSON case import on arbitrary bytes: a document is imported whole or refused with a
 // HostError, never a crash or another exception. A refused document leaves no case file behind;
 // an imported one exports to JSON that imports again to the very same JSON.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Amount fields: whatever is typed either reads as a finite number or is refused, and every
 // amount the screen shows reads back as the same whole amount.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Date fields: typed text is a valid date, "not filled", or refused; every filled date the
 // screen shows reads back as the very same date.
 

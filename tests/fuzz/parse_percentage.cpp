@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Percentage and factor fields: typed text reads as a finite number or is refused; a shown
 // percentage (2 to 4 decimals as the forms use them) reads back as the value it shows.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Whole-number fields (ages, years): typed text reads as a whole number or is refused, and the
 // "#0" text of a number reads back as that number rounded.
 

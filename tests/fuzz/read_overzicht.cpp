@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension register's overview reader on arbitrary bytes, JSON and XML alike (the seeds hold
 // both): a file is read whole or refused with a Dutch message naming it, never a crash. What is
 // read maps onto a case without any exception but HostError, and importing the same overview a

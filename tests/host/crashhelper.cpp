@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Test helper: edits a case file step by step and reports every step after its setter returned.
 // The crash test kills it at random moments and checks that every reported step is in the file.
 //

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Fiscal figures per year. The franchise each scheme type and category group gets in 2024, 2025 and
 // 2026 is computed here from the published figures themselves, not read back from the program's
 // figures file; a case keeps the year it was made with; moving a case to another year changes the

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The case's bin: RemovePension keeps the scheme, restoring puts it back where it was, and the
 // bin follows its participant and the file.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Killing the program at any moment loses no setter that had returned, and leaves a sound file.
 
 #include "hostapplication.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Whole-case JSON: the samples, the round trip through a case file, and all-or-nothing import.
 
 #include "fiscalfigures.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The in-memory case: collections, handles, defaults and the host's own rules.
 
 #include "hostapplication.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The case file: write-through, reopening, renumbering, deferred writes, refusing foreign files.
 
 #include "hostapplication.h"

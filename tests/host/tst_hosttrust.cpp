@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // What the case files and the safe writes promise a user who is unlucky or hostile: a failed write
 // keeps the old file, nothing is written through a symlink, personal data stays the owner's,
 // opening and looking writes nothing, and the age-65 date never drifts from the birth date.

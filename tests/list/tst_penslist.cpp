@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension list driven as a user drives it: click rows, click Nieuw and pick a menu entry,
 // click Verwijderen, answer the question; then read the host's data back.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Designer loads the plugin as a module and asks it for the pension screen.
 
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension screen and its dialogs for someone who works without a mouse or with a screen
 // reader: every input says what it is, Tab walks the form in reading order, every button has a
 // mnemonic, and a whole scheme can be entered with the keyboard alone.

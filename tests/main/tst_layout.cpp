@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension screen and its dialogs as the user sees them with the font this machine has: every
 // caption must be readable in full, no field may lie over another, and the list's headers must
 // show their whole caption. Each screen is also written out as a picture for a visual check.

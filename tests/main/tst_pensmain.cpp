@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The pension screen with its real list and data panels, driven through the host's calls and
 // the panels' own events; the host's data is read back after each step.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The library as a host meets it: loaded with QLibrary from its built file, registered into a
 // private registry folder, asked for its class factory, and created through the component loader.
 

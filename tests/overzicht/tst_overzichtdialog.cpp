@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The preview dialog as the adviser sees it: what it shows per scheme, the register's remarks and
 // warnings, and that only OK writes anything.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The overview mapped onto a real case of the reference host: what each scheme becomes, what a
 // second import does, and what is left of the case when something goes wrong halfway.
 

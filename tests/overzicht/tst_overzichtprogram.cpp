@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld pensioenoverzicht run as a process, the way an adviser or a script runs it: exit
 // status, what it prints, what it leaves in the case file, and whether `zarnoveld check` agrees
 // with what the preview promised about each imported scheme.

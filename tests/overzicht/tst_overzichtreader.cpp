@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The register's overview file read from disk as the user hands it over: both serialisations,
 // single-element lists, refused statuses, and files that are broken on purpose or by accident.
 

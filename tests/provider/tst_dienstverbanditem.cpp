@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // How an employment becomes a combo item and how its key is read back.
 
 #include "dienstverbanditem.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The provider and employment control driven as a user does, against the reference host.
 
 #include "dienstverbanditem.h"

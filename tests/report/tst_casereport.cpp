@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The case report as the adviser reads it on paper: written to PDF, read back with pdftotext.
 
 #include "casereport.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld rapport, run as a user runs it: the built program, its exit code, the file it leaves
 // behind and what that file says when read back with pdftotext.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The report from the zarnoveld window: "Bestand > Exporteren als PDF..." and "Bestand >
 // Afdrukken..." driven as a user does, the dialogs answered the way a user would.
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // A host that fails at its N-th operation, for every N a scripted session performs. Every run
 // must end without a crash; an error the library traps must reach the host's error report naming
 // a procedure of the component it happened in; and the screen must still take the user's next

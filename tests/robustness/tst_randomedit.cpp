@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // Thousands of seeded random user actions on the pension screen bound to a real case. Afterwards
 // nothing has crashed and the case is sound: every scheme the user has left passes the full check
 // of both data panels without a message. The scheme still on screen may fail that check (a

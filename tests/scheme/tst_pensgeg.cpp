@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The scheme data panel driven as a user does, against the reference host held in memory.
 
 #include "hostapplication.h"

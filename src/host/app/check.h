@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // zarnoveld check: loads every scheme of a case into the pension screen without a window on

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // The parts of the command line that need no window: the help, the version, and the figure-year

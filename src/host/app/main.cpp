@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // zarnoveld: the reference host of the pension screen.
 //
 //   zarnoveld [CASE] [--scherm deelnemers|pensioenen] [--screenshot FILE]

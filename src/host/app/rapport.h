@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // The case on paper: zarnoveld rapport CASE FILE.pdf, and the window's "Afdrukken..." and

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 // The case's bin: a scheme the host removes is kept, with the time, until the adviser puts it
 // back or empties the bin. It lives in the case file itself, so it travels with the case and
 // survives a restart; the JSON export leaves it out, being the case as it stands.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // The shared heart of one open case: the record tree, the parameters, the optional store that

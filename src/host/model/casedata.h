@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // In-memory data of one advice case: plain records with a generic field table, so that the store,
