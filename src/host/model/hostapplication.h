@@ -55,12 +55,13 @@ public:
     /// Whole-case JSON with field names equal to the host operation names. Import is
     /// all-or-nothing: on any problem it throws HostError naming the path and the problem.
     QJsonObject exportJson() const;
+    /// Reads a whole-case JSON document; with a path the case also becomes a new case file there.
     static std::shared_ptr<HostApplication> importJson(const QJsonObject &document,
                                                        const QString &path = QString());
 
     /// Schedule owners outside a case, for screens that edit capital and insured-person covers.
     static VandrelApplication::KapitaalPtr createKapitaal();
-    static VandrelApplication::VerzekerdePtr createVerzekerde();
+    static VandrelApplication::VerzekerdePtr createVerzekerde();  ///< See createKapitaal().
 
     /// Application
     VandrelApplication::DossierPtr Get_Dossier() override;
@@ -72,14 +73,14 @@ public:
     /// RegisterLink: the register's identifier is a field of the scheme record; one change is one
     /// store transaction.
     QString HerkenningsNummer(VandrelApplication::Pensioen &scheme) const override;
-    void setHerkenningsNummer(VandrelApplication::Pensioen &scheme, const QString &value) override;
-    void RunAsOneChange(const std::function<void()> &body) override;
+    void setHerkenningsNummer(VandrelApplication::Pensioen &scheme, const QString &value) override;  ///< Stores the identifier.
+    void RunAsOneChange(const std::function<void()> &body) override;  ///< One store transaction around body.
 
-    void setTitle(const QString &title);
+    void setTitle(const QString &title);  ///< The Title() the library's dialogs show.
     /// Every report is kept (tests read them) and passed to the handler when one is set.
     QList<VandrelApplication::ErrorRecord> reportedErrors() const;
-    void clearReportedErrors();
-    void setErrorHandler(std::function<void(const VandrelApplication::ErrorRecord &)> handler);
+    void clearReportedErrors();  ///< Forgets the kept reports.
+    void setErrorHandler(std::function<void(const VandrelApplication::ErrorRecord &)> handler);  ///< Receives every report.
 
     QString filePath() const;   ///< empty for an in-memory case
     /// True when the case file was opened read-only: it is shown as it is and every change throws
@@ -91,10 +92,11 @@ public:
     /// What moving a case to another figure year changed, in Dutch lines for the adviser.
     struct FigureYearMove
     {
-        int from = 0;
-        int to = 0;
+        int from = 0;   ///< the year before the move
+        int to = 0;     ///< the year after it
         QStringList figures;   ///< "FranchiseA: 18.475,00 -> 19.172,00"
         QStringList schemes;   ///< "Jan van den Berg, regeling 1 (ABP): Franchise 18.475,00 -> 19.172,00"
+        /// Whether the move changed anything.
         bool changed() const { return from != to || !figures.isEmpty() || !schemes.isEmpty(); }
     };
     /// Gives the case the figures of `year`: the figures, the year, and for every scheme whose
@@ -104,7 +106,7 @@ public:
 
     /// A case shown for reading only; the window marks it so.
     bool isReadOnly() const;
-    void setReadOnly(bool readOnly);
+    void setReadOnly(bool readOnly);  ///< Marks the case read-only for the window.
 
     /// Called after every change the case file accepted; it runs inside the change, so it should
     /// only note it (the window starts a timer).
