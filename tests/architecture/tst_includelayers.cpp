@@ -43,7 +43,9 @@ const QList<Layer> &projectLayers()
         {QStringLiteral("pensioen/main"), 3},
         {QStringLiteral("designer"), 4},
         {QStringLiteral("host"), 4},
-        {QStringLiteral("host/app"), 5},
+        {QStringLiteral("host/store"), 5},
+        {QStringLiteral("host/model"), 6},
+        {QStringLiteral("host/app"), 7},
     };
     return layers;
 }

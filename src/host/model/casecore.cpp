@@ -74,6 +74,20 @@ void CaseCore::seedIds()
     }
 }
 
+void CaseCore::attach(std::unique_ptr<Store> s)
+{
+    store = std::move(s);
+    if (!store)
+        return;
+    store->setRewrite([this](Store &target) {
+        target.clear();
+        target.writeParameters(params);
+        target.insertTree(*dossier);
+        for (const BinItem &item : bin)
+            target.binInsert(item);
+    });
+}
+
 void CaseCore::checkOpen() const
 {
     if (closed)
@@ -101,7 +115,7 @@ void CaseCore::write(const std::function<void(Store *)> &body)
     } catch (const std::exception &e) {
         store->rollback();
         throw HostError(Code::StoreFailed,
-                        QStringLiteral("De wijziging kon niet in het dossierbestand worden opgeslagen: %1")
+                        QStringLiteral("De wijziging kon niet in het dossier worden opgeslagen: %1")
                             .arg(QString::fromLocal8Bit(e.what())),
                         QStringLiteral("Zarnoveld"));
     }
@@ -203,7 +217,7 @@ void CaseCore::asOneChange(const std::function<void()> &body)
             store->rollback();
         putBack();
         throw HostError(Code::StoreFailed,
-                        QStringLiteral("De wijziging kon niet in het dossierbestand worden opgeslagen: %1")
+                        QStringLiteral("De wijziging kon niet in het dossier worden opgeslagen: %1")
                             .arg(QString::fromLocal8Bit(e.what())),
                         QStringLiteral("Zarnoveld"));
     }

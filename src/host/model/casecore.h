@@ -22,8 +22,6 @@ namespace Zarnoveld::detail {
 
 class Store;
 
-using ParameterValues = FiscalFigures::Values;
-
 // The figure year a case made today gets, and its figures.
 int figureYearForNewCase();
 ParameterValues builtInParameters();
@@ -33,16 +31,6 @@ struct Change
     std::shared_ptr<Record> record;
     int field;
     QVariant value;
-};
-
-// A scheme the host removed, kept in the case's bin until the adviser puts it back or empties it.
-struct BinItem
-{
-    qint64 id = 0;
-    qint64 aanvragerId = 0;   // the record id of the participant it belonged to
-    int position = 0;         // its number in the participant's list when it was removed
-    QDateTime removedAt;      // UTC, whole seconds
-    QByteArray scheme;        // the scheme in the export's JSON form
 };
 
 class CaseCore
@@ -57,6 +45,8 @@ public:
     std::shared_ptr<DossierNode> dossier;
     ParameterValues params;
     std::unique_ptr<Store> store;   // nullptr: the case lives in memory only
+    // Takes a store for this case; after a lost connection it writes the case again from here.
+    void attach(std::unique_ptr<Store> s);
     bool closed = false;
 
     qint64 newId(const TableDef &table);

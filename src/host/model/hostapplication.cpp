@@ -59,7 +59,7 @@ std::shared_ptr<HostApplication> HostApplication::createFile(const QString &path
     auto core = std::make_shared<CaseCore>();
     core->params = builtInParameters();
     core->dossier = newDossierTree(*core);
-    core->store = Store::create(path, *core->dossier, core->params);
+    core->attach(Store::create(path, *core->dossier, core->params));
     app->d->core = std::move(core);
     return app;
 }
@@ -68,7 +68,36 @@ std::shared_ptr<HostApplication> HostApplication::openFile(const QString &path)
 {
     std::shared_ptr<HostApplication> app(new HostApplication);
     auto core = std::make_shared<CaseCore>();
-    core->store = Store::open(path, core->dossier, core->params);
+    core->attach(Store::open(path, core->dossier, core->params));
+    core->bin = core->store->loadBin();
+    core->seedIds();
+    app->d->core = std::move(core);
+    return app;
+}
+
+std::shared_ptr<HostApplication> HostApplication::openForReading(const QString &address)
+{
+    std::shared_ptr<HostApplication> app(new HostApplication);
+    auto core = std::make_shared<CaseCore>();
+    core->attach(Store::open(address, core->dossier, core->params, Store::Access::Read));
+    core->bin = core->store->loadBin();
+    core->seedIds();
+    app->d->core = std::move(core);
+    return app;
+}
+
+QString HostApplication::holderOf(const QString &address)
+{
+    return Store::holderOf(address);
+}
+
+std::shared_ptr<HostApplication> HostApplication::copyCase(const QString &from, const QString &to)
+{
+    auto source = openForReading(from);
+    std::shared_ptr<HostApplication> app(new HostApplication);
+    auto core = std::make_shared<CaseCore>();
+    const CaseCore &original = *source->d->core;
+    core->attach(Store::createWhole(to, *original.dossier, original.params, original.bin, core->dossier, core->params));
     core->bin = core->store->loadBin();
     core->seedIds();
     app->d->core = std::move(core);
@@ -173,6 +202,11 @@ void HostApplication::setErrorHandler(std::function<void(const ErrorRecord &)> h
 QString HostApplication::filePath() const
 {
     return d->core && d->core->store ? d->core->store->path() : QString();
+}
+
+QString HostApplication::caseName() const
+{
+    return d->core && d->core->store ? d->core->store->displayName() : QString();
 }
 
 bool HostApplication::readOnly() const

@@ -3,8 +3,12 @@
 #pragma once
 
 /// \file hostapplication.h
-/// The reference host's Application: an advice case held in memory and written through to its
-/// SQLite file on every setter.
+/// The reference host's Application: an advice case held in memory and written through on every
+/// setter to where it is kept: an SQLite file, or a case in a PostgreSQL database.
+///
+/// Wherever a path is asked for, a server address may be given instead:
+/// `postgresql://user@host:port/dbname#Case name` (the case's name as the URL's fragment; the
+/// password comes from PGPASSWORD or ~/.pgpass, never from the address).
 
 #include "hostmodel.h"
 #include "registerlink.h"
@@ -47,6 +51,16 @@ public:
     /// Opens a case file; a file of a newer version, one that is not a case, or one that another
     /// program has open for writing throws HostError with a Dutch description and changes nothing.
     static std::shared_ptr<HostApplication> openFile(const QString &path);
+    /// Opens a case only to read it (an export, a check). On a server nothing is taken, so the
+    /// case may be open for editing elsewhere at the same time, and it is read as one snapshot; a
+    /// case file is opened as openFile() opens it. Every change throws HostError(InvalidState).
+    static std::shared_ptr<HostApplication> openForReading(const QString &address);
+    /// Who works in the case at address now, as the Dutch sentence an adviser reads ("Dossier ...
+    /// is in gebruik door ... op ... sinds ..."); empty when nobody does.
+    static QString holderOf(const QString &address);
+    /// Copies the case at `from` into a new case at `to`, bin included, all or nothing, and
+    /// returns the copy opened. Throws HostError (Dutch) and leaves nothing at `to` on failure.
+    static std::shared_ptr<HostApplication> copyCase(const QString &from, const QString &to);
 
     /// The longest text a case holds from an import: names, providers and keys. Far beyond any real
     /// name or provider, and short enough that the screen and the check never slow down on one.
@@ -82,7 +96,8 @@ public:
     void clearReportedErrors();  ///< Forgets the kept reports.
     void setErrorHandler(std::function<void(const VandrelApplication::ErrorRecord &)> handler);  ///< Receives every report.
 
-    QString filePath() const;   ///< empty for an in-memory case
+    QString filePath() const;   ///< the case's path or server address; empty for an in-memory case
+    QString caseName() const;   ///< the name an adviser knows the case by: file name or name on the server
     /// True when the case file was opened read-only: it is shown as it is and every change throws
     /// HostError(InvalidState) with a Dutch description.
     bool readOnly() const;

@@ -483,38 +483,7 @@ std::shared_ptr<HostApplication> HostApplication::importJson(const QJsonObject &
 
     core->dossier = dossier;
     if (!path.isEmpty()) {
-        // Built complete under a hidden temporary name next to the target and given the target's
-        // name in one step only when whole, so a killed import leaves no half case under the
-        // user's name; a later import of the same name clears what a killed one left.
-        const QFileInfo target(path);
-        const QString temp = target.absolutePath() + QStringLiteral("/.") + target.fileName() + QStringLiteral(".import");
-        if (target.exists() || target.isSymLink())
-            throw HostError(HostErrorCode::InvalidState,
-                            QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(target.fileName()), kSource);
-        auto store = Store::create(temp, *dossier, core->params, true);
-        store->checkpoint();
-        store.reset();
-        const QByteArray from = QFile::encodeName(temp);
-        const QByteArray to = QFile::encodeName(path);
-        int moved = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE);
-        if (moved != 0 && (errno == EINVAL || errno == ENOSYS)) {
-            moved = ::link(from.constData(), to.constData());
-            if (moved == 0)
-                ::unlink(from.constData());
-        }
-        if (moved != 0) {
-            const int error = errno;
-            for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-                QFile::remove(temp + suffix);
-            throw HostError(error == EEXIST ? HostErrorCode::InvalidState : HostErrorCode::StoreFailed,
-                            error == EEXIST ? QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(target.fileName())
-                                            : QStringLiteral("Het dossier %1 kan niet worden gemaakt: %2.")
-                                                  .arg(target.fileName(), SafeFile::reason(error)),
-                            kSource);
-        }
-        QFile::remove(temp + QStringLiteral("-shm"));
-        SafeFile::syncDir(target.absolutePath());
-        core->store = Store::open(path, core->dossier, core->params);
+        core->attach(Store::createWhole(path, *dossier, core->params, {}, core->dossier, core->params));
         core->seedIds();
     }
     std::shared_ptr<HostApplication> app(new HostApplication);

@@ -5,8 +5,11 @@
 // In-memory data of one advice case: plain records with a generic field table, so that the store,
 // the JSON exchange and CopyFrom all walk the same list of fields.
 
+#include "fiscalfigures.h"
 #include "hostmodel.h"
 
+#include <QByteArray>
+#include <QDateTime>
 #include <QDate>
 #include <QString>
 #include <QVariant>
@@ -16,6 +19,19 @@
 #include <vector>
 
 namespace Zarnoveld::detail {
+
+using ParameterValues = FiscalFigures::Values;
+
+// A scheme the host removed, kept in the case's bin until the adviser puts it back or empties it.
+struct BinItem
+{
+    qint64 id = 0;
+    qint64 aanvragerId = 0;   // the record id of the participant it belonged to
+    int position = 0;         // its number in the participant's list when it was removed
+    QDateTime removedAt;      // UTC, whole seconds
+    QByteArray scheme;        // the scheme in the export's JSON form
+};
+
 
 enum class Kind { Bool, Int16, Int32, Byte, Double, Float, Date, Text };
 

@@ -2,20 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "store.h"
 
-#include "safefile.h"
+#include "caseaddress.h"
+#include "dialect.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlRecord>
-#include <QUrl>
-#include <QUuid>
 
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <type_traits>
-#include <unistd.h>
 #include <unordered_map>
 #include <vector>
 
@@ -31,20 +24,6 @@ const QString kSource = QStringLiteral("Zarnoveld");
 [[noreturn]] void fail(qint32 code, const QString &text)
 {
     throw HostError(code, text, kSource);
-}
-
-QString columnType(Kind kind)
-{
-    switch (kind) {
-    case Kind::Double:
-    case Kind::Float:
-        return QStringLiteral("REAL");
-    case Kind::Date:
-    case Kind::Text:
-        return QStringLiteral("TEXT");
-    default:
-        return QStringLiteral("INTEGER");
-    }
 }
 
 QVariant toSql(Kind kind, const QVariant &value)
@@ -77,35 +56,37 @@ QVariant fromSql(Kind kind, const QVariant &value)
     }
 }
 
-QString quoted(const char *name)
+QString quoted(const Dialect &dialect, const char *name)
 {
-    return QLatin1Char('"') + QLatin1String(name) + QLatin1Char('"');
+    return dialect.column(QLatin1String(name));
 }
 
 void execOrThrow(QSqlDatabase &db, const QString &sql)
 {
     QSqlQuery q(db);
     if (!q.exec(sql))
-        fail(Code::StoreFailed, QStringLiteral("Het dossierbestand kon niet worden bijgewerkt: %1")
+        fail(Code::StoreFailed, QStringLiteral("Het dossier kon niet worden bijgewerkt: %1")
                                     .arg(q.lastError().text()));
 }
 
 void createSchemaV1(QSqlDatabase &db)
 {
+    const Dialect &dialect = Dialect::of(db);
     for (const TableDef *t : allTables()) {
-        QStringList columns{QStringLiteral("id INTEGER PRIMARY KEY")};
+        QStringList columns{QStringLiteral("id %1 PRIMARY KEY").arg(dialect.idType)};
         if (t->parentTable)
-            columns << QStringLiteral("parent_id INTEGER NOT NULL REFERENCES %1(id) ON DELETE CASCADE")
-                           .arg(QLatin1String(t->parentTable));
+            columns << QStringLiteral("parent_id %1 NOT NULL REFERENCES %2(id) ON DELETE CASCADE")
+                           .arg(dialect.idType, QLatin1String(t->parentTable));
         columns << QStringLiteral("pos INTEGER NOT NULL");
         for (const FieldDef &f : t->fields)
             if (f.since <= 1)
-                columns << QStringLiteral("%1 %2").arg(quoted(f.name), columnType(f.kind));
+                columns << QStringLiteral("%1 %2").arg(quoted(dialect, f.name), dialect.columnType(f.kind));
         execOrThrow(db, QStringLiteral("CREATE TABLE %1 (%2)").arg(QLatin1String(t->table), columns.join(QStringLiteral(", "))));
         if (t->parentTable)
             execOrThrow(db, QStringLiteral("CREATE INDEX %1_parent ON %1(parent_id, pos)").arg(QLatin1String(t->table)));
     }
-    execOrThrow(db, QStringLiteral("CREATE TABLE parameters (naam TEXT PRIMARY KEY, waarde REAL NOT NULL)"));
+    execOrThrow(db, QStringLiteral("CREATE TABLE parameters (naam TEXT PRIMARY KEY, waarde %1 NOT NULL)")
+                        .arg(dialect.columnType(Kind::Double)));
 }
 
 ParameterValues readParameters(QSqlDatabase &db)
@@ -131,14 +112,9 @@ ParameterValues readParameters(QSqlDatabase &db)
 bool hasTable(QSqlDatabase &db, const QString &name)
 {
     QSqlQuery q(db);
-    q.prepare(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?"));
+    q.prepare(Dialect::of(db).tableExists);
     q.addBindValue(name);
     return q.exec() && q.next();
-}
-
-QString fileName(const QString &path)
-{
-    return QFileInfo(path).fileName();
 }
 
 } // namespace
@@ -147,11 +123,12 @@ QString fileName(const QString &path)
 static std::function<void(QSqlDatabase &)> addColumnsOfVersion(int version)
 {
     return [version](QSqlDatabase &db) {
+        const Dialect &dialect = Dialect::of(db);
         for (const TableDef *t : allTables())
             for (const FieldDef &f : t->fields)
                 if (f.since == version)
                     execOrThrow(db, QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3 DEFAULT %4")
-                                        .arg(QLatin1String(t->table), quoted(f.name), columnType(f.kind),
+                                        .arg(QLatin1String(t->table), quoted(dialect, f.name), dialect.columnType(f.kind),
                                              f.kind == Kind::Text ? QStringLiteral("''")
                                              : f.kind == Kind::Date ? QStringLiteral("NULL") : QStringLiteral("0")));
     };
@@ -166,16 +143,17 @@ static void addFigureYear(QSqlDatabase &db)
     addColumnsOfVersion(4)(db);
     const int matched = FiscalFigures::matchingYear(readParameters(db));
     const int year = matched ? matched : FiscalFigures::kYearOfUnmarkedCases;
-    execOrThrow(db, QStringLiteral("UPDATE dossier SET \"Rekenjaar\" = %1").arg(year));
+    execOrThrow(db, QStringLiteral("UPDATE dossier SET %1 = %2").arg(Dialect::of(db).column(QStringLiteral("Rekenjaar"))).arg(year));
 }
 
 // Version 5: the bin. A scheme there belongs to its participant: removing the participant takes
 // its removed schemes along.
 static void createBinTable(QSqlDatabase &db)
 {
-    execOrThrow(db, QStringLiteral("CREATE TABLE prullenbak (id INTEGER PRIMARY KEY, "
-                                   "aanvrager_id INTEGER NOT NULL REFERENCES aanvrager(id) ON DELETE CASCADE, "
-                                   "positie INTEGER NOT NULL, verwijderd TEXT NOT NULL, regeling TEXT NOT NULL)"));
+    const QString id = Dialect::of(db).idType;
+    execOrThrow(db, QStringLiteral("CREATE TABLE prullenbak (id %1 PRIMARY KEY, "
+                                   "aanvrager_id %1 NOT NULL REFERENCES aanvrager(id) ON DELETE CASCADE, "
+                                   "positie INTEGER NOT NULL, verwijderd TEXT NOT NULL, regeling TEXT NOT NULL)").arg(id));
 }
 
 const std::vector<Store::Migration> &Store::migrations()
@@ -200,26 +178,49 @@ int Store::versionOf(QSqlDatabase &db)
     return q.value(0).toInt();
 }
 
+namespace {
+
+const Store::Migration &stepFrom(const std::vector<Store::Migration> &steps, int version)
+{
+    auto step = std::find_if(steps.begin(), steps.end(), [version](const Store::Migration &m) { return m.from == version; });
+    if (step == steps.end())
+        fail(Code::StoreFailed, QStringLiteral("Het dossier kan niet van versie %1 naar versie %2 worden bijgewerkt.")
+                                    .arg(version).arg(version + 1));
+    return *step;
+}
+
+void stamp(QSqlDatabase &db, int version)
+{
+    execOrThrow(db, QStringLiteral("CREATE TABLE IF NOT EXISTS schema_version (version INTEGER NOT NULL)"));
+    execOrThrow(db, QStringLiteral("DELETE FROM schema_version"));
+    execOrThrow(db, QStringLiteral("INSERT INTO schema_version (version) VALUES (%1)").arg(version));
+}
+
+} // namespace
+
 void Store::migrate(QSqlDatabase &db, const std::vector<Migration> &steps, int target)
 {
     for (int version = versionOf(db); version < target; ++version) {
-        auto step = std::find_if(steps.begin(), steps.end(), [version](const Migration &m) { return m.from == version; });
-        if (step == steps.end())
-            fail(Code::StoreFailed, QStringLiteral("Het dossierbestand kan niet van versie %1 naar versie %2 worden bijgewerkt.")
-                                        .arg(version).arg(version + 1));
+        const Migration &step = stepFrom(steps, version);
         if (!db.transaction())
-            fail(Code::StoreFailed, QStringLiteral("Het dossierbestand kan niet worden bijgewerkt: %1").arg(db.lastError().text()));
+            fail(Code::StoreFailed, QStringLiteral("Het dossier kan niet worden bijgewerkt: %1").arg(db.lastError().text()));
         try {
-            step->apply(db);
-            execOrThrow(db, QStringLiteral("CREATE TABLE IF NOT EXISTS schema_version (version INTEGER NOT NULL)"));
-            execOrThrow(db, QStringLiteral("DELETE FROM schema_version"));
-            execOrThrow(db, QStringLiteral("INSERT INTO schema_version (version) VALUES (%1)").arg(version + 1));
+            step.apply(db);
+            stamp(db, version + 1);
             if (!db.commit())
-                fail(Code::StoreFailed, QStringLiteral("Het dossierbestand kan niet worden bijgewerkt: %1").arg(db.lastError().text()));
+                fail(Code::StoreFailed, QStringLiteral("Het dossier kan niet worden bijgewerkt: %1").arg(db.lastError().text()));
         } catch (...) {
             db.rollback();
             throw;
         }
+    }
+}
+
+void Store::migrateInTransaction(QSqlDatabase &db, const std::vector<Migration> &steps, int target)
+{
+    for (int version = versionOf(db); version < target; ++version) {
+        stepFrom(steps, version).apply(db);
+        stamp(db, version + 1);
     }
 }
 
@@ -235,170 +236,34 @@ Store::~Store()
         QSqlDatabase::removeDatabase(m_connection);
 }
 
-void Store::openConnection(bool readOnly)
-{
-    m_queries.clear();
-    if (m_db.isValid())
-        m_db.close();
-    m_db = QSqlDatabase();
-    if (!m_connection.isEmpty())
-        QSqlDatabase::removeDatabase(m_connection);
-    // Each case has its own connection: several cases (and tests) may be open side by side.
-    m_connection = QStringLiteral("zarnoveld-%1").arg(QUuid::createUuid().toString(QUuid::Id128));
-    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    // A case this user may not change, with nothing in its log, is read as an unchanging file:
-    // SQLite then needs no shared-memory index next to it, which such a folder may not allow
-    // and which would be a change.
-    const QFileInfo wal(m_path + QStringLiteral("-wal"));
-    if (m_readOnly && (!wal.exists() || wal.size() == 0)) {
-        m_db.setDatabaseName(QUrl::fromLocalFile(QFileInfo(m_path).absoluteFilePath()).toString(QUrl::FullyEncoded)
-                             + QStringLiteral("?immutable=1"));
-        m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=0"));
-    } else {
-        m_db.setDatabaseName(m_path);
-        m_db.setConnectOptions(readOnly ? QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=0")
-                                        : QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
-    }
-    if (!m_db.open())
-        fail(Code::StoreFailed, QStringLiteral("Het dossier %1 kan niet worden geopend: %2")
-                                    .arg(fileName(m_path), m_db.lastError().text()));
-}
-
-// Write-ahead log: a reader never blocks the single writer and a commit is one append. With
-// synchronous=FULL the log is flushed to disk before a commit returns, so an edit the screen
-// accepted survives a power cut, not only a crash of the program. Leaving a field then costs one
-// flush of the disk, which is most of its time (bench_leavefield measures both).
-static void configure(QSqlDatabase &db)
-{
-    execOrThrow(db, QStringLiteral("PRAGMA journal_mode=WAL"));
-    execOrThrow(db, QStringLiteral("PRAGMA synchronous=FULL"));
-    execOrThrow(db, QStringLiteral("PRAGMA foreign_keys=ON"));
-}
-
-// The case file and what SQLite keeps next to it hold personal data: owner only.
-static void makeCasePrivate(const QString &path)
-{
-    for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral(".lock")})
-        Zarnoveld::SafeFile::makePrivate(path + suffix);
-}
-
-// Another program "has the case open" when it holds our lock file next to the case (another
-// zarnoveld), or when it holds a write transaction on the file itself (any SQLite tool). The lock
-// file is a QLockFile: a lock left behind by a killed process is seen as stale and taken over.
-static std::unique_ptr<QLockFile> takeLock(const QString &path)
-{
-    auto lock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
-    lock->setStaleLockTime(0);
-    if (lock->tryLock(0)) {
-        Zarnoveld::SafeFile::makePrivate(path + QStringLiteral(".lock"));
-        return lock;
-    }
-    qint64 pid = 0;
-    QString host, app;
-    lock->getLockInfo(&pid, &host, &app);
-    if (lock->error() == QLockFile::LockFailedError)
-        fail(Code::InvalidState, QStringLiteral("Het dossier %1 is al geopend in een ander programma (%2, proces %3). Sluit het daar eerst.")
-                                     .arg(fileName(path), app.isEmpty() ? QStringLiteral("onbekend") : app)
-                                     .arg(pid));
-    fail(Code::StoreFailed, QStringLiteral("Het dossier %1 kan niet worden vergrendeld.").arg(fileName(path)));
-}
-
-std::unique_ptr<Store> Store::create(const QString &path, const DossierNode &tree,
+std::unique_ptr<Store> Store::create(const QString &address, const DossierNode &tree,
                                      const ParameterValues &params, bool replaceLeftover)
 {
-    const auto exists = [&path] { return QFileInfo::exists(path) || QFileInfo(path).isSymLink(); };
-    if (!replaceLeftover && exists())
-        fail(Code::InvalidState, QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(fileName(path)));
-    std::unique_ptr<Store> store(new Store);
-    store->m_path = path;
-    store->m_lock = takeLock(path);
-    if (replaceLeftover)
-        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-            QFile::remove(path + suffix);
-    {
-        // Made here, owner only and never through a symlink, so that SQLite (which gives its side
-        // files the mode of the case file) never creates anything others can read.
-        const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-        const int error = errno;
-        if (fd < 0)
-            fail(error == EEXIST ? Code::InvalidState : Code::StoreFailed,
-                 error == EEXIST ? QStringLiteral("Het bestand %1 bestaat al; kies een andere naam.").arg(fileName(path))
-                                 : QStringLiteral("Het dossier %1 kan niet worden gemaakt: %2.")
-                                       .arg(fileName(path), Zarnoveld::SafeFile::reason(error)));
-        ::fchmod(fd, 0600);
-        ::close(fd);
-    }
-    try {
-        store->openConnection(false);
-        configure(store->m_db);
-        migrate(store->m_db, migrations(), SchemaVersion);
-        store->begin();
-        store->writeParameters(params);
-        store->insertTree(tree);
-        store->commit();
-    } catch (...) {
-        store.reset();
-        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-            QFile::remove(path + suffix);
-        throw;
-    }
-    return store;
+    if (CaseAddress::isServer(address))
+        return createOnServer(address, tree, params, {}, nullptr, nullptr);
+    return createSqlite(address, tree, params, replaceLeftover);
 }
 
-std::unique_ptr<Store> Store::open(const QString &path, std::shared_ptr<DossierNode> &tree,
-                                   ParameterValues &params)
+std::unique_ptr<Store> Store::createWhole(const QString &address, const DossierNode &tree,
+                                          const ParameterValues &params, const std::vector<BinItem> &bin,
+                                          std::shared_ptr<DossierNode> &loaded, ParameterValues &loadedParams)
 {
-    const QString name = fileName(path);
-    if (!QFileInfo(path).isFile())
-        fail(Code::NotFound, QStringLiteral("Het dossier %1 bestaat niet.").arg(name));
-    {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            fail(Code::StoreFailed, QStringLiteral("Het dossier %1 kan niet worden gelezen: %2").arg(name, file.errorString()));
-        if (file.read(16) != QByteArray("SQLite format 3\0", 16))
-            fail(Code::InvalidState, QStringLiteral("Het bestand %1 is geen Zarnoveld-dossier.").arg(name));
-    }
-    std::unique_ptr<Store> store(new Store);
-    store->m_path = path;
-    // A case this user may not change (its file, or the folder its log and lock live in) is shown
-    // as it is: read-only, without a lock of its own, which such a folder could not hold anyway.
-    const QByteArray native = QFile::encodeName(path);
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
-    store->m_readOnly = ::access(native.constData(), W_OK) != 0 || ::access(folder.constData(), W_OK) != 0;
-    if (!store->m_readOnly)
-        store->m_lock = takeLock(path);
+    if (CaseAddress::isServer(address))
+        return createOnServer(address, tree, params, bin, &loaded, &loadedParams);
+    return createWholeSqlite(address, tree, params, bin, loaded, loadedParams);
+}
 
-    // Look before touching: read-only, so a foreign or newer file is left exactly as it was.
-    store->openConnection(true);
-    if (!hasTable(store->m_db, QStringLiteral("schema_version")) || !hasTable(store->m_db, QStringLiteral("pensioen")))
-        fail(Code::InvalidState, QStringLiteral("Het bestand %1 is geen Zarnoveld-dossier.").arg(name));
-    const int version = versionOf(store->m_db);
-    if (version > SchemaVersion)
-        fail(Code::InvalidState, QStringLiteral("Het dossier %1 is gemaakt met een nieuwere versie van Zarnoveld (bestandsversie %2). "
-                                                "Deze versie kan bestanden tot en met versie %3 openen.")
-                                     .arg(name).arg(version).arg(SchemaVersion));
-    if (version < 1)
-        fail(Code::InvalidState, QStringLiteral("Het bestand %1 is geen Zarnoveld-dossier.").arg(name));
-    if (store->m_readOnly) {
-        if (version < SchemaVersion)
-            fail(Code::InvalidState, QStringLiteral("Het dossier %1 is alleen-lezen en gemaakt met een oudere versie van Zarnoveld; "
-                                                    "het kan pas worden geopend als u het mag wijzigen.").arg(name));
-        tree = load(store->m_db, params);
-        return store;
-    }
+std::unique_ptr<Store> Store::open(const QString &address, std::shared_ptr<DossierNode> &tree,
+                                   ParameterValues &params, Access access)
+{
+    if (CaseAddress::isServer(address))
+        return openOnServer(address, tree, params, access);
+    return openSqlite(address, tree, params);
+}
 
-    makeCasePrivate(path);
-    store->openConnection(false);
-    {
-        QSqlQuery probe(store->m_db);
-        if (!probe.exec(QStringLiteral("BEGIN IMMEDIATE")))
-            fail(Code::InvalidState, QStringLiteral("Het dossier %1 wordt door een ander programma bewerkt. Sluit het daar eerst.").arg(name));
-        probe.exec(QStringLiteral("ROLLBACK"));
-    }
-    configure(store->m_db);
-    migrate(store->m_db, migrations(), SchemaVersion);
-    tree = load(store->m_db, params);
-    return store;
+QString Store::holderOf(const QString &address)
+{
+    return CaseAddress::isServer(address) ? holderOnServer(address) : holderOfSqlite(address);
 }
 
 namespace {
@@ -418,10 +283,11 @@ std::shared_ptr<DossierNode> Store::load(QSqlDatabase &db, ParameterValues &para
     params = readParameters(db);
 
     // Reads every row of a table in order; fill gets the record and its parent id.
-    const auto readTable = [&db](const TableDef &t, auto &&make) {
+    const Dialect &dialect = Dialect::of(db);
+    const auto readTable = [&db, &dialect](const TableDef &t, auto &&make) {
         QStringList columns{QStringLiteral("id"), t.parentTable ? QStringLiteral("parent_id") : QStringLiteral("0")};
         for (const FieldDef &f : t.fields)
-            columns << quoted(f.name);
+            columns << quoted(dialect, f.name);
         QSqlQuery q(db);
         q.setForwardOnly(true);
         if (!q.exec(QStringLiteral("SELECT %1 FROM %2 ORDER BY %3pos")
@@ -446,7 +312,7 @@ std::shared_ptr<DossierNode> Store::load(QSqlDatabase &db, ParameterValues &para
         return dossier.get();
     });
     if (!dossier)
-        fail(Code::InvalidState, QStringLiteral("Het dossierbestand bevat geen dossier."));
+        fail(Code::InvalidState, QStringLiteral("Het dossier bevat geen dossier."));
 
     // Reads a table whose records hang under records read before. makeChild adds a node to its
     // parent and returns it; a record whose parent is missing is skipped, as the foreign key
@@ -486,7 +352,7 @@ std::shared_ptr<DossierNode> Store::load(QSqlDatabase &db, ParameterValues &para
     readChildren(ScenarioRegelTable, rows, [](OuderdomNode &r) { return adopt(r.regels); });
     readChildren(AoTable, pensioenen, [](PensioenNode &p) { return adopt(p.ao); });
     if (dossier->aanvragers.empty())
-        fail(Code::InvalidState, QStringLiteral("Het dossierbestand bevat geen aanvrager."));
+        fail(Code::InvalidState, QStringLiteral("Het dossier bevat geen aanvrager."));
     return dossier;
 }
 
@@ -497,64 +363,89 @@ QSqlQuery &Store::prepared(const QString &key, const QString &sql)
         return it->second;
     QSqlQuery q(m_db);
     if (!q.prepare(sql))
-        fail(Code::StoreFailed, QStringLiteral("Het dossierbestand kan deze opdracht niet uitvoeren: %1").arg(q.lastError().text()));
+        failed(QStringLiteral("prepare"), q.lastError().text());
     return m_queries.emplace(key, std::move(q)).first->second;
 }
 
 void Store::exec(QSqlQuery &query)
 {
     if (!query.exec())
-        fail(Code::StoreFailed, QStringLiteral("Het dossierbestand weigerde de wijziging: %1").arg(query.lastError().text()));
+        failed(query.lastQuery(), query.lastError().text());
 }
 
-void Store::checkpoint()
+void Store::failed(const QString &, const QString &driverText)
 {
-    if (m_readOnly)
-        return;
-    QSqlQuery q(m_db);
-    if (!q.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")) || !q.next() || q.value(0).toInt() != 0)
-        fail(Code::StoreFailed, QStringLiteral("Het dossier %1 kan niet worden afgerond: %2")
-                                    .arg(fileName(m_path), q.lastError().text()));
+    fail(Code::StoreFailed, QStringLiteral("Het dossier weigerde de wijziging: %1").arg(driverText));
 }
 
 void Store::begin()
 {
     if (m_readOnly)
         fail(Code::InvalidState, QStringLiteral("Het dossier %1 is alleen-lezen geopend: de wijziging is niet opgeslagen.")
-                                     .arg(fileName(m_path)));
-    exec(prepared(QStringLiteral("begin"), QStringLiteral("BEGIN IMMEDIATE")));
+                                     .arg(m_name));
+    control(QStringLiteral("begin"), m_dialect->begin);
 }
 
 void Store::commit()
 {
-    exec(prepared(QStringLiteral("commit"), QStringLiteral("COMMIT")));
+    control(QStringLiteral("commit"), QStringLiteral("COMMIT"));
+}
+
+void Store::control(const QString &key, const QString &sql)
+{
+    if (m_dialect->preparesControl) {
+        exec(prepared(key, sql));
+        return;
+    }
+    QSqlQuery q(m_db);
+    if (!q.exec(sql))
+        failed(sql, q.lastError().text());
 }
 
 void Store::rollback()
 {
-    prepared(QStringLiteral("rollback"), QStringLiteral("ROLLBACK")).exec();
+    // Called while another failure is on its way to the adviser: it must not replace that one.
+    try {
+        control(QStringLiteral("rollback"), QStringLiteral("ROLLBACK"));
+    } catch (const HostError &) {
+    }
+}
+
+void Store::clear()
+{
+    for (const char *table : {"prullenbak", "dossier", "parameters"})
+        exec(prepared(QStringLiteral("clear:%1").arg(QLatin1String(table)),
+                      QStringLiteral("DELETE FROM %1").arg(QLatin1String(table))));
+}
+
+void Store::fill(const DossierNode &tree, const ParameterValues &params, const std::vector<BinItem> &bin)
+{
+    writeParameters(params);
+    insertTree(tree);
+    for (const BinItem &item : bin)
+        binInsert(item);
 }
 
 void Store::update(const Record &record, int field, const QVariant &value)
 {
     const FieldDef &f = record.def->fields[field];
     QSqlQuery &q = prepared(QStringLiteral("u:%1:%2").arg(QLatin1String(record.def->table)).arg(field),
-                            QStringLiteral("UPDATE %1 SET %2 = ? WHERE id = ?").arg(QLatin1String(record.def->table), quoted(f.name)));
+                            QStringLiteral("UPDATE %1 SET %2 = ? WHERE id = ?").arg(QLatin1String(record.def->table), quoted(*m_dialect, f.name)));
     q.bindValue(0, toSql(f.kind, value));
     q.bindValue(1, record.id);
     exec(q);
     if (q.numRowsAffected() != 1)
-        fail(Code::StoreFailed, QStringLiteral("Het dossierbestand mist een gegeven dat het programma wel kent (%1 %2).")
+        fail(Code::StoreFailed, QStringLiteral("Het dossier mist een gegeven dat het programma wel kent (%1 %2).")
                                     .arg(QLatin1String(record.def->table)).arg(record.id));
 }
 
 void Store::updateAll(const Record &record)
 {
     const TableDef &t = *record.def;
-    QSqlQuery &q = prepared(QStringLiteral("ua:%1").arg(QLatin1String(t.table)), [&t] {
+    QSqlQuery &q = prepared(QStringLiteral("ua:%1").arg(QLatin1String(t.table)), [&t, this] {
         QStringList sets;
         for (const FieldDef &f : t.fields)
-            sets << quoted(f.name) + QStringLiteral(" = ?");
+            sets << quoted(*m_dialect, f.name) + QStringLiteral(" = ?");
         return QStringLiteral("UPDATE %1 SET %2 WHERE id = ?").arg(QLatin1String(t.table), sets.join(QStringLiteral(", ")));
     }());
     int i = 0;
@@ -569,13 +460,13 @@ void Store::updateAll(const Record &record)
 void Store::insert(const Record &record, qint64 parentId, int pos)
 {
     const TableDef &t = *record.def;
-    QSqlQuery &q = prepared(QStringLiteral("i:%1").arg(QLatin1String(t.table)), [&t] {
+    QSqlQuery &q = prepared(QStringLiteral("i:%1").arg(QLatin1String(t.table)), [&t, this] {
         QStringList columns{QStringLiteral("id")};
         if (t.parentTable)
             columns << QStringLiteral("parent_id");
         columns << QStringLiteral("pos");
         for (const FieldDef &f : t.fields)
-            columns << quoted(f.name);
+            columns << quoted(*m_dialect, f.name);
         QStringList marks;
         for (qsizetype i = 0; i < columns.size(); ++i)
             marks << QStringLiteral("?");
@@ -627,8 +518,10 @@ void Store::insertPensioen(const PensioenNode &pen, qint64 parentId, int pos)
 
 void Store::writeParameters(const ParameterValues &params)
 {
+    // The same upsert in both dialects (SQLite has it since 3.24).
     QSqlQuery &q = prepared(QStringLiteral("param"),
-                            QStringLiteral("INSERT OR REPLACE INTO parameters (naam, waarde) VALUES (?, ?)"));
+                            QStringLiteral("INSERT INTO parameters (naam, waarde) VALUES (?, ?) "
+                                           "ON CONFLICT (naam) DO UPDATE SET waarde = excluded.waarde"));
     const std::vector<double> values = FiscalFigures::asList(params);
     for (size_t i = 0; i < values.size(); ++i) {
         q.bindValue(0, FiscalFigures::names().at(qsizetype(i)));

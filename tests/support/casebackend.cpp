@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "casebackend.h"
+
+#include "caseaddress.h"
+
+#include <QFile>
+#include <QUrl>
+#include <QUuid>
+
+namespace TestSupport {
+
+namespace {
+
+QString clusterFile(const QString &name)
+{
+    const QString folder = qEnvironmentVariable("ZARNOVELD_TEST_CLUSTER");
+    if (folder.isEmpty())
+        return QString();
+    QFile file(folder + QLatin1Char('/') + name);
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    return QString::fromUtf8(file.readAll()).trimmed();
+}
+
+// Names differ from run to run, so a test never meets a case of an earlier run or of another test.
+const QString &runTag()
+{
+    static const QString tag = QUuid::createUuid().toString(QUuid::Id128).left(8);
+    return tag;
+}
+
+} // namespace
+
+bool onServer()
+{
+    return qEnvironmentVariable("ZARNOVELD_TEST_BACKEND") == QStringLiteral("postgresql");
+}
+
+QString serverMissing()
+{
+    if (qEnvironmentVariableIsEmpty("ZARNOVELD_TEST_CLUSTER"))
+        return QStringLiteral("PostgreSQL-server niet beschikbaar: ZARNOVELD_TEST_CLUSTER is niet gezet "
+                              "(de test hoort bij ctest, dat het cluster start).");
+    const QString skip = clusterFile(QStringLiteral("skip"));
+    if (!skip.isEmpty())
+        return skip;
+    if (clusterFile(QStringLiteral("url")).isEmpty())
+        return QStringLiteral("PostgreSQL-server niet beschikbaar: het cluster is niet gestart.");
+    return QString();
+}
+
+QString serverUrl()
+{
+    if (!serverMissing().isEmpty())
+        return QString();
+    qputenv("PGPASSWORD", clusterFile(QStringLiteral("password")).toUtf8());
+    return clusterFile(QStringLiteral("url"));
+}
+
+QString newCase(const QTemporaryDir &dir, const QString &stem)
+{
+    static int n = 0;
+    ++n;
+    if (!onServer())
+        return dir.filePath(QStringLiteral("%1-%2.zdossier").arg(stem).arg(n));
+    return Zarnoveld::CaseAddress::ofCase(serverUrl(), QStringLiteral("%1 %2-%3").arg(stem, runTag()).arg(n));
+}
+
+QString caseNameOf(const QString &address)
+{
+    if (Zarnoveld::CaseAddress::isServer(address))
+        return Zarnoveld::CaseAddress::parse(address).caseName;
+    return address.section(QLatin1Char('/'), -1);
+}
+
+} // namespace TestSupport

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 VandrelPensioen contributors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+// Where a host test keeps its cases: case files in a temporary folder, or (ZARNOVELD_TEST_BACKEND
+// = postgresql) cases in the throwaway PostgreSQL cluster the test command started
+// (ZARNOVELD_TEST_CLUSTER, see scripts/pgcluster). One test source covers both back ends.
+
+#include <QString>
+#include <QTemporaryDir>
+
+namespace TestSupport {
+
+// Whether this run keeps its cases on the server.
+bool onServer();
+// Why the server half cannot run here (no PostgreSQL, no cluster); empty when it can. The text
+// starts with "PostgreSQL-server niet beschikbaar", which CTest reports as a skip.
+QString serverMissing();
+// The cluster's database address, without a case; sets PGPASSWORD for this process (and the
+// programs it starts) the way an office would. Empty when there is no server.
+QString serverUrl();
+// A new, unused case address: a file in dir, or a case with a name unique to this run.
+QString newCase(const QTemporaryDir &dir, const QString &stem);
+// The name an adviser knows that case by (the file name, or the name on the server).
+QString caseNameOf(const QString &address);
+
+} // namespace TestSupport
+
+// For a test's initTestCase: a run on the server without a server is skipped, with the reason.
+#define SKIP_WITHOUT_SERVER()                                                                      \
+    do {                                                                                           \
+        if (TestSupport::onServer() && !TestSupport::serverMissing().isEmpty())                    \
+            QSKIP(qPrintable(TestSupport::serverMissing()));                                       \
+    } while (false)
+
+// For a test of what only a case file has (its bytes, its lock file, its folder).
+#define ONLY_FOR_CASE_FILES()                                                                      \
+    do {                                                                                           \
+        if (TestSupport::onServer())                                                               \
+            QSKIP("Alleen voor dossierbestanden: dit gaat over het bestand zelf.");                \
+    } while (false)
