@@ -6,6 +6,7 @@
 // franchise of the schemes that compute it, and only those.
 
 #include "fiscalfigures.h"
+#include "casebackend.h"
 #include "hostapplication.h"
 #include "rules.h"
 #include "store.h"
@@ -94,10 +95,11 @@ class TstFiscalFigures : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    int m_n = 0;
-    QString newPath() { return m_dir.filePath(QStringLiteral("case%1.zdossier").arg(++m_n)); }
+    QString newPath() { return TestSupport::newCase(m_dir, QStringLiteral("case")); }
 
 private Q_SLOTS:
+    void initTestCase() { SKIP_WITHOUT_SERVER(); }
+
     void everyYearHasItsPublishedFigures_data()
     {
         QTest::addColumn<int>("index");
@@ -237,6 +239,7 @@ private Q_SLOTS:
     void fileWithoutYearGetsTheYearItsFiguresMatch()
     {
         using Zarnoveld::detail::Store;
+        ONLY_FOR_CASE_FILES();
         QFETCH(double, franchiseA);
         QFETCH(int, expectedYear);
         const QString path = newPath();

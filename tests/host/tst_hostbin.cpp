@@ -3,6 +3,7 @@
 // The case's bin: RemovePension keeps the scheme, restoring puts it back where it was, and the
 // bin follows its participant and the file.
 
+#include "casebackend.h"
 #include "hostapplication.h"
 
 #include <QJsonDocument>
@@ -64,6 +65,8 @@ private:
     QTemporaryDir m_dir;
 
 private Q_SLOTS:
+    void initTestCase() { SKIP_WITHOUT_SERVER(); }
+
     void removedSchemeIsKeptWithItsTime()
     {
         auto app = HostApplication::createInMemory();
@@ -112,7 +115,7 @@ private Q_SLOTS:
 
     void removedPartnerTakesItsBinAlong()
     {
-        const QString path = m_dir.filePath(QStringLiteral("partner.zdossier"));
+        const QString path = TestSupport::newCase(m_dir, QStringLiteral("partner"));
         {
             auto app = HostApplication::createFile(path);
             app->Get_Dossier()->AddAanvrager();
@@ -132,7 +135,7 @@ private Q_SLOTS:
 
     void binIsKeptInTheFileAndEmptiedByAge()
     {
-        const QString path = m_dir.filePath(QStringLiteral("bin.zdossier"));
+        const QString path = TestSupport::newCase(m_dir, QStringLiteral("bin"));
         QByteArray original;
         {
             auto app = HostApplication::createFile(path);

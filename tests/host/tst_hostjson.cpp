@@ -3,6 +3,7 @@
 // Whole-case JSON: the samples, the round trip through a case file, and all-or-nothing import.
 
 #include "fiscalfigures.h"
+#include "casebackend.h"
 #include "hostapplication.h"
 #include "hostcheck.h"
 #include "usersim.h"
@@ -52,10 +53,11 @@ class TstHostJson : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    int m_n = 0;
-    QString newPath() { return m_dir.filePath(QStringLiteral("import%1.zarnoveld").arg(++m_n)); }
+    QString newPath() { return TestSupport::newCase(m_dir, QStringLiteral("import")); }
 
 private slots:
+    void initTestCase() { SKIP_WITHOUT_SERVER(); }
+
     void samplesImport()
     {
         for (const char *name : {"sample-couple.json", "single.json", "stress-99.json", "stress-99-in-orde.json", "check-errors.json"}) {
@@ -160,7 +162,7 @@ private slots:
             QCOMPARE(e.number(), HostErrorCode::OutOfRange);
             QCOMPARE(e.description(), message);
         }
-        QVERIFY(!QFile::exists(file));
+        QVERIFY(!TestSupport::caseExists(file));
         QVERIFY(!QFile::exists(file + QStringLiteral(".lock")));
     }
 
@@ -178,7 +180,7 @@ private slots:
         } catch (const HostError &e) {
             QCOMPARE(e.description(), QStringLiteral("Fout in het dossier bij $.Aanvragers[0].Pensioenen[99]: meer dan 99 pensioenregelingen per aanvrager kunnen niet worden vastgelegd."));
         }
-        QVERIFY(!QFile::exists(file));
+        QVERIFY(!TestSupport::caseExists(file));
     }
 
     void importIntoAnExistingFileChangesNothing()

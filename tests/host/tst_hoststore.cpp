@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The case file: write-through, reopening, renumbering, deferred writes, refusing foreign files.
 
+#include "casebackend.h"
 #include "hostapplication.h"
 #include "fiscalfigures.h"
 #include "store.h"
@@ -37,10 +38,7 @@ struct RawFile
     explicit RawFile(const QString &path)
         : name(QUuid::createUuid().toString())
     {
-        db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        db.setDatabaseName(path);
-        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
-        db.open();
+        db = TestSupport::openRaw(path, name);
     }
     ~RawFile()
     {
@@ -78,12 +76,14 @@ class TstHostStore : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    int m_n = 0;
-    QString newPath() { return m_dir.filePath(QStringLiteral("case%1.zarnoveld").arg(++m_n)); }
+    QString newPath() { return TestSupport::newCase(m_dir, QStringLiteral("case")); }
 
 private slots:
+    void initTestCase() { SKIP_WITHOUT_SERVER(); }
+
     void newFileIsAValidCase()
     {
+        ONLY_FOR_CASE_FILES();
         const QString path = newPath();
         {
             auto app = HostApplication::createFile(path);
@@ -108,6 +108,7 @@ private slots:
 
     void createRefusesAnExistingFile()
     {
+        ONLY_FOR_CASE_FILES();
         const QString path = newPath();
         HostApplication::createFile(path);
         const QByteArray before = bytesOf(path);
@@ -342,6 +343,7 @@ private slots:
 
     void openRefusesWhatIsNotACase()
     {
+        ONLY_FOR_CASE_FILES();
         const QString text = newPath();
         {
             QFile f(text);
@@ -375,6 +377,7 @@ private slots:
 
     void openRefusesANewerVersion()
     {
+        ONLY_FOR_CASE_FILES();
         const QString path = newPath();
         HostApplication::createFile(path);
         {
@@ -393,6 +396,7 @@ private slots:
 
     void openRefusesACaseOpenElsewhere()
     {
+        ONLY_FOR_CASE_FILES();
         const QString path = newPath();
         HostApplication::createFile(path);
         {
@@ -419,6 +423,7 @@ private slots:
 
     void staleLockOfADeadProgramIsTakenOver()
     {
+        ONLY_FOR_CASE_FILES();
         const QString path = newPath();
         HostApplication::createFile(path);
         {
@@ -433,6 +438,7 @@ private slots:
 
     void migrationStepsRunInOrderAndStampTheVersion()
     {
+        ONLY_FOR_CASE_FILES();
         using Zarnoveld::detail::Store;
         const QString path = newPath();
         RawFile raw(path);
@@ -480,6 +486,7 @@ private slots:
 
     void writeRefusedKeepsTheOldValue()
     {
+        ONLY_FOR_CASE_FILES();
         const QString path = newPath();
         auto app = HostApplication::createFile(path);
         auto anv = app->Get_Dossier()->Get_Aanvrager(1);

@@ -3,8 +3,11 @@
 #include "casebackend.h"
 
 #include "caseaddress.h"
+#include "store.h"
 
+#include <QFileInfo>
 #include <QFile>
+#include <QSqlQuery>
 #include <QUrl>
 #include <QUuid>
 
@@ -65,6 +68,43 @@ QString newCase(const QTemporaryDir &dir, const QString &stem)
     if (!onServer())
         return dir.filePath(QStringLiteral("%1-%2.zdossier").arg(stem).arg(n));
     return Zarnoveld::CaseAddress::ofCase(serverUrl(), QStringLiteral("%1 %2-%3").arg(stem, runTag()).arg(n));
+}
+
+bool caseExists(const QString &address)
+{
+    if (!Zarnoveld::CaseAddress::isServer(address))
+        return QFileInfo::exists(address);
+    const QString name = Zarnoveld::CaseAddress::parse(address).caseName;
+    for (const auto &c : Zarnoveld::detail::casesOnServer(serverUrl()))
+        if (c.name == name)
+            return true;
+    return false;
+}
+
+QSqlDatabase openRaw(const QString &address, const QString &connection)
+{
+    if (!Zarnoveld::CaseAddress::isServer(address)) {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        db.setDatabaseName(address);
+        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
+        db.open();
+        return db;
+    }
+    const auto server = Zarnoveld::CaseAddress::parse(address);
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), connection);
+    db.setHostName(server.host);
+    db.setPort(server.port);
+    db.setUserName(server.user);
+    db.setDatabaseName(server.database);
+    if (db.open()) {
+        QSqlQuery q(db);
+        q.exec(QStringLiteral("SET client_min_messages TO error"));
+        q.prepare(QStringLiteral("SELECT id FROM zarnoveld.dossiers WHERE naam = ?"));
+        q.addBindValue(server.caseName);
+        if (q.exec() && q.next())
+            QSqlQuery(db).exec(QStringLiteral("SET search_path TO dossier_%1").arg(q.value(0).toLongLong()));
+    }
+    return db;
 }
 
 QString caseNameOf(const QString &address)

@@ -6,6 +6,7 @@
 // = postgresql) cases in the throwaway PostgreSQL cluster the test command started
 // (ZARNOVELD_TEST_CLUSTER, see scripts/pgcluster). One test source covers both back ends.
 
+#include <QSqlDatabase>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -21,6 +22,11 @@ QString serverMissing();
 QString serverUrl();
 // A new, unused case address: a file in dir, or a case with a name unique to this run.
 QString newCase(const QTemporaryDir &dir, const QString &stem);
+// Whether a case is at address (a file, or a name in the server's catalogue).
+bool caseExists(const QString &address);
+// A second, independent connection to the case's tables, as another program would have: the
+// file itself, or the server with the case's own schema on the search path. Named `connection`.
+QSqlDatabase openRaw(const QString &address, const QString &connection);
 // The name an adviser knows that case by (the file name, or the name on the server).
 QString caseNameOf(const QString &address);
 
