@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "check.h"
 
+#include "caseaddress.h"
+
 #include "commands.h"
 #include "errorlog.h"
 #include "terminal.h"
@@ -280,6 +282,9 @@ bool CaseResult::passed() const
 
 std::shared_ptr<HostApplication> loadInMemory(const QString &path)
 {
+    // A case in the office's database is read beside whoever works in it, as one snapshot.
+    if (const QString address = Commands::caseAddress(path); CaseAddress::isServer(address))
+        return HostApplication::importJson(HostApplication::openForReading(address)->exportJson());
     const QFileInfo info(path);
     if (!info.exists())
         throw HostError(HostErrorCode::StoreFailed, QStringLiteral("Het bestand %1 bestaat niet.").arg(path));
@@ -836,14 +841,28 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     QCommandLineOption json(QStringLiteral("json"), QStringLiteral("Geef het verslag als JSON."));
     parser.addOption(json);
+    QCommandLineOption all(QStringLiteral("alle"), QStringLiteral("Controleer alle dossiers (van de database, of in de dossiermap)."));
+    parser.addOption(all);
     parser.addPositionalArgument(QStringLiteral("check"), QStringLiteral("De opdracht."));
     parser.addPositionalArgument(QStringLiteral("DOSSIER"), QStringLiteral("Dossierbestanden of JSON-dossiers."),
                                  QStringLiteral("DOSSIER..."));
     parser.process(app);
-    const QStringList paths = parser.positionalArguments().mid(1);
+    QStringList paths = parser.positionalArguments().mid(1);
     QTextStream err(stderr);
+    if (parser.isSet(all)) {
+        try {
+            paths << Commands::allCases();
+        } catch (const HostError &e) {
+            err << "zarnoveld: " << Terminal::escaped(e.description()) << Qt::endl;
+            return 2;
+        }
+        if (paths.isEmpty()) {
+            err << "zarnoveld: er zijn geen dossiers om te controleren." << Qt::endl;
+            return 0;
+        }
+    }
     if (paths.isEmpty()) {
-        err << "zarnoveld: gebruik: zarnoveld check DOSSIER... [--json]" << Qt::endl;
+        err << "zarnoveld: gebruik: zarnoveld check DOSSIER... | --alle [--json]" << Qt::endl;
         return 2;
     }
 

@@ -29,7 +29,9 @@ QString helpText()
         {QStringLiteral("zarnoveld export DOSSIER JSON [--overschrijven]"), QStringLiteral("schrijf een dossier als JSON-bestand")},
         {QStringLiteral("zarnoveld register"), QStringLiteral("registreer het pensioenscherm")},
         {QStringLiteral("zarnoveld unregister"), QStringLiteral("haal die registratie weer weg")},
-        {QStringLiteral("zarnoveld check DOSSIER... [--json]"), QStringLiteral("controleer elke regeling (0, 1 of 2)")},
+        {QStringLiteral("zarnoveld check DOSSIER... | --alle [--json]"), QStringLiteral("controleer elke regeling (0, 1 of 2)")},
+        {QStringLiteral("zarnoveld dossiers"), QStringLiteral("toon de dossiers en wie ze open heeft")},
+        {QStringLiteral("zarnoveld overzetten DOSSIERBESTAND..."), QStringLiteral("zet dossierbestanden in de database")},
         {QStringLiteral("zarnoveld pensioenoverzicht DOSSIER BESTAND [--proef]"),
          QStringLiteral("pensioenoverzicht inlezen (--deelnemer WIE)")},
         {QStringLiteral("zarnoveld rapport DOSSIER PDF [--overschrijven]"), QStringLiteral("het dossier op papier, als PDF")},
@@ -43,6 +45,9 @@ QString helpText()
         {QStringLiteral("--screenshot BESTAND"), QStringLiteral("schermafdruk naar BESTAND, dan stoppen")},
         {QStringLiteral("--controle, --menu MENU"), QStringLiteral("bij --screenshot: paneel of menu open")},
     };
+    const QList<QPair<QString, QString>> everywhere = {
+        {QStringLiteral("--database URL"), QStringLiteral("dossiers in postgresql://gebruiker@server:poort/db")},
+    };
     qsizetype width = 0;
     for (const auto &[usage, what] : commands)
         width = std::max(width, usage.size());
@@ -53,6 +58,9 @@ QString helpText()
         out << "  " << usage.leftJustified(width + 2) << what << '\n';
     out << "\nOpties bij het openen van een dossier:\n";
     for (const auto &[usage, what] : options)
+        out << "  " << usage.leftJustified(width + 2) << what << '\n';
+    out << "\nBij elke opdracht (of ZARNOVELD_DATABASE; wachtwoord via PGPASSWORD of ~/.pgpass):\n";
+    for (const auto &[usage, what] : everywhere)
         out << "  " << usage.leftJustified(width + 2) << what << '\n';
     out << "\nUitkomst (afsluitcode): 0 gelukt of in orde, 1 fouten gevonden, 2 niet uitgevoerd.\n";
     return text;
@@ -126,15 +134,15 @@ int parametersMain(int argc, char **argv)
         return fail(QStringLiteral("\"%1\" is geen jaartal; bekende jaren: %2.").arg(yearText, knownYears()));
     // A JSON document is an exchange file, not a case: changing the case file made from it behind
     // the adviser's back would surprise, so the command asks for the case file itself.
-    if (path.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
+    if (Commands::database().isEmpty() && path.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
         return fail(QStringLiteral("%1 is een JSON-bestand; geef een dossierbestand (*%2), bijvoorbeeld gemaakt met "
                                    "zarnoveld import.")
                         .arg(path, Commands::caseSuffix()));
 
     QTextStream out(stdout);
-    const QString name = QFileInfo(path).fileName();
     try {
-        auto application = HostApplication::openFile(path);
+        auto application = HostApplication::openFile(Commands::caseAddress(path));
+        const QString name = application->caseName();
         if (!yearGiven) {
             const int current = application->figureYear();
             out << QStringLiteral("Dossier %1 rekent met de fiscale cijfers van %2.").arg(name).arg(current) << '\n';

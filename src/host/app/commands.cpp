@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "commands.h"
 
+#include "caseaddress.h"
 #include "componentloader.h"
 #include "safefile.h"
+#include "store.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -12,6 +14,8 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonParseError>
+#include <QLocale>
+#include <QSettings>
 
 using VandrelApplication::HostError;
 using VandrelApplication::HostErrorCode::StoreFailed;
@@ -63,9 +67,104 @@ QJsonObject readJsonCase(const QString &path)
     return document.object();
 }
 
+namespace {
+
+QString &chosenDatabase()
+{
+    static QString url;
+    return url;
+}
+
+} // namespace
+
+bool chooseDatabase(int &argc, char **argv, QString *error)
+{
+    QString url = qEnvironmentVariable("ZARNOVELD_DATABASE");
+    if (url.isEmpty())
+        url = QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Vandrel"), QStringLiteral("zarnoveld"))
+                  .value(QStringLiteral("database")).toString();
+    // The option may stand anywhere; it is taken out so that every command's own parser never
+    // sees it.
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray arg(argv[i]);
+        if (arg == "--database" || arg == "-database") {
+            if (i + 1 >= argc) {
+                *error = QStringLiteral("--database verwacht het adres van de database: postgresql://gebruiker@server:poort/database.");
+                return false;
+            }
+            url = QString::fromLocal8Bit(argv[++i]);
+            continue;
+        }
+        if (arg.startsWith("--database=")) {
+            url = QString::fromLocal8Bit(arg.mid(11));
+            continue;
+        }
+        argv[kept++] = argv[i];
+    }
+    argc = kept;
+    argv[argc] = nullptr;
+    if (!url.isEmpty()) {
+        try {
+            CaseAddress::parse(url);
+        } catch (const HostError &e) {
+            *error = e.description();
+            return false;
+        }
+    }
+    chosenDatabase() = url;
+    return true;
+}
+
+QString database()
+{
+    return chosenDatabase();
+}
+
+QString caseAddress(const QString &typed)
+{
+    if (database().isEmpty() || CaseAddress::isServer(typed))
+        return typed;
+    return CaseAddress::ofCase(database(), typed);
+}
+
+QStringList caseListing()
+{
+    QStringList lines;
+    const QLocale dutch(QLocale::Dutch, QLocale::Netherlands);
+    if (!database().isEmpty()) {
+        for (const auto &c : detail::casesOnServer(database()))
+            lines << (c.user.isEmpty() ? QStringLiteral("%1\tvrij").arg(c.name)
+                                       : QStringLiteral("%1\tin gebruik door %2 op %3 sinds %4")
+                                             .arg(c.name, c.user, c.pc, dutch.toString(c.since.toLocalTime(), QStringLiteral("d-M-yyyy HH:mm"))));
+        return lines;
+    }
+    for (const QString &path : allCases()) {
+        const QString holder = HostApplication::holderOf(path);
+        lines << QStringLiteral("%1\t%2").arg(path, holder.isEmpty() ? QStringLiteral("vrij") : holder);
+    }
+    return lines;
+}
+
+QStringList allCases()
+{
+    QStringList cases;
+    if (!database().isEmpty()) {
+        for (const auto &c : detail::casesOnServer(database()))
+            cases << c.name;
+        return cases;
+    }
+    const QDir folder(caseFolder());
+    for (const QString &name : folder.entryList({QStringLiteral("*") + caseSuffix()}, QDir::Files, QDir::Name))
+        cases << folder.filePath(name);
+    return cases;
+}
+
 std::shared_ptr<HostApplication> importCase(const QString &jsonPath, const QString &casePath)
 {
     const QJsonObject document = readJsonCase(jsonPath);
+    if (CaseAddress::isServer(caseAddress(casePath)))
+        return HostApplication::importJson(document, caseAddress(casePath));
     const QFileInfo target(casePath);
     if (target.exists() || target.isSymLink())
         throw HostError(StoreFailed, QStringLiteral("Het dossier %1 bestaat al.").arg(casePath));
@@ -76,6 +175,8 @@ std::shared_ptr<HostApplication> importCase(const QString &jsonPath, const QStri
 
 std::shared_ptr<HostApplication> openOrImport(const QString &path)
 {
+    if (CaseAddress::isServer(caseAddress(path)))
+        return HostApplication::openFile(caseAddress(path));
     if (!path.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
         return HostApplication::openFile(path);
     const QString casePath = caseFileFor(path);

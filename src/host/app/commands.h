@@ -39,6 +39,20 @@ void exportCase(HostApplication &application, const QString &jsonPath, bool over
 // without a name or a birth date. Empty when there is nothing to say.
 QStringList caseWarnings(HostApplication &application);
 
+// The office's database, when one is chosen: `--database URL` (taken out of argv here, on every
+// command), else ZARNOVELD_DATABASE, else the setting "database"; empty means case files on this
+// PC. Returns false with a Dutch reason for an address that cannot be used (a password in it).
+bool chooseDatabase(int &argc, char **argv, QString *error);
+QString database();
+// What the adviser typed as a case, as the address the model opens: with a database, the name of
+// a case in it; without, the path itself. An address that already names a server case stays.
+QString caseAddress(const QString &typed);
+// Every case, one line each with who has it open: the database's catalogue, or the case files
+// in caseFolder(). Throws HostError (Dutch) when the server cannot be reached.
+QStringList caseListing();
+// The names (database) or paths (files) of every case, for `check --alle`.
+QStringList allCases();
+
 // The library the program ships with, and its registration; Dutch reason in error on failure.
 QString bundledLibrary();
 bool registerComponent(QString *error);

@@ -11,6 +11,9 @@
 //   zarnoveld parameters CASE [--jaar JAAR]   shows the case's figure year, or moves it to JAAR
 //   zarnoveld --version | --help
 //   zarnoveld rapport CASE FILE.pdf [--overschrijven]  the case on paper, with the check's findings
+//   zarnoveld dossiers                the cases, with who has each one open
+//   zarnoveld overzetten CASE_FILE... case files into the office's database, all or nothing each
+//   --database URL (any command)      cases in a PostgreSQL database, addressed by name
 
 #include "check.h"
 #include "cli.h"
@@ -126,6 +129,11 @@ int main(int argc, char **argv)
     // A file-size limit must make a write fail (and the program say so), not end the program
     // with the old file's replacement half written.
     std::signal(SIGXFSZ, SIG_IGN);
+    // Every command works on the chosen store: the option is read (and taken out) first.
+    if (QString error; !Zarnoveld::Commands::chooseDatabase(argc, argv, &error)) {
+        err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(error) << Qt::endl;
+        return 2;
+    }
     // The help and the version need no application object and no display.
     if (int exitCode = 0; Zarnoveld::Cli::handleHelpOrVersion(argc, argv, &exitCode))
         return exitCode;
@@ -195,7 +203,8 @@ int main(int argc, char **argv)
     const QString command = args.value(0);
 
     const bool commandLine = command == QStringLiteral("register") || command == QStringLiteral("unregister")
-        || command == QStringLiteral("import") || command == QStringLiteral("export");
+        || command == QStringLiteral("import") || command == QStringLiteral("export")
+        || command == QStringLiteral("dossiers") || command == QStringLiteral("overzetten");
     if (commandLine || !display || parser.isSet(screenshot))
         Zarnoveld::ErrorLog::answerHeadless();
 
@@ -226,10 +235,47 @@ int main(int argc, char **argv)
             const QFileInfo target(args[2]);
             if (target.exists() && target.isFile() && !target.isSymLink() && !parser.isSet(overwrite))
                 return fail(QStringLiteral("%1 bestaat al; gebruik --overschrijven om het te vervangen.").arg(args[2]));
-            auto application = Zarnoveld::HostApplication::openFile(args[1]);
+            // From a database the case is read beside whoever works in it; a case file is opened.
+            const QString address = Zarnoveld::Commands::caseAddress(args[1]);
+            auto application = Zarnoveld::Commands::database().isEmpty() ? Zarnoveld::HostApplication::openFile(address)
+                                                                         : Zarnoveld::HostApplication::openForReading(address);
             Zarnoveld::Commands::exportCase(*application, args[2], parser.isSet(overwrite));
             out() << "Dossier geexporteerd naar " << Zarnoveld::Terminal::escaped(args[2]) << Qt::endl;
             return 0;
+        }
+        if (command == QStringLiteral("dossiers")) {
+            if (args.size() != 1)
+                return fail(QStringLiteral("gebruik: zarnoveld [--database URL] dossiers"));
+            const QStringList lines = Zarnoveld::Commands::caseListing();
+            for (const QString &line : lines) {
+                QStringList fields = line.split(QLatin1Char('\t'));
+                for (QString &field : fields)
+                    field = Zarnoveld::Terminal::escaped(field);
+                out() << fields.join(QLatin1Char('\t')) << Qt::endl;
+            }
+            if (lines.isEmpty())
+                out() << "Geen dossiers." << Qt::endl;
+            return 0;
+        }
+        if (command == QStringLiteral("overzetten")) {
+            if (args.size() < 2 || Zarnoveld::Commands::database().isEmpty())
+                return fail(QStringLiteral("gebruik: zarnoveld --database URL overzetten DOSSIERBESTAND..."));
+            // Each case file becomes the case of its own name in the database, whole or not at
+            // all; one that fails is named and the others still go.
+            int failed = 0;
+            for (const QString &file : args.mid(1)) {
+                const QString name = QFileInfo(file).completeBaseName();
+                try {
+                    Zarnoveld::HostApplication::copyCase(file, Zarnoveld::Commands::caseAddress(name));
+                    out() << "Overgezet: " << Zarnoveld::Terminal::escaped(file) << " -> "
+                          << Zarnoveld::Terminal::escaped(name) << Qt::endl;
+                } catch (const VandrelApplication::HostError &e) {
+                    ++failed;
+                    err() << "zarnoveld: " << Zarnoveld::Terminal::escaped(file) << ": "
+                          << Zarnoveld::Terminal::escaped(e.description()) << Qt::endl;
+                }
+            }
+            return failed ? 2 : 0;
         }
     } catch (const VandrelApplication::HostError &e) {
         return fail(e.description());

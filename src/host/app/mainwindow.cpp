@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mainwindow.h"
 
+#include "caseaddress.h"
+
 #include "bindialog.h"
 #include "commands.h"
 #include "errorlog.h"
@@ -144,6 +146,10 @@ MainWindow::MainWindow(QWidget *parent)
     };
     action("actNieuw", QStringLiteral("&Nieuw dossier..."), &MainWindow::newCase, QKeySequence(Qt::CTRL | Qt::Key_N));
     action("actOpenen", QStringLiteral("&Openen..."), &MainWindow::openFile, QKeySequence(Qt::CTRL | Qt::Key_O));
+    // With an office database the cases are picked from its list, with who has each one open.
+    if (!Commands::database().isEmpty())
+        action("actOpenenDatabase", QStringLiteral("Openen uit &database..."), &MainWindow::openFromDatabase,
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
     m_recent = file->addMenu(QStringLiteral("&Recente dossiers"));
     m_recent->setObjectName(QStringLiteral("mnuRecent"));
     connect(m_recent, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
@@ -285,10 +291,54 @@ bool MainWindow::openCase(const QString &path, QString *error)
         setCase(Commands::openOrImport(path));
         return true;
     } catch (const VandrelApplication::HostError &e) {
+        // A colleague has the case open: the adviser may still read it. Headless, the question
+        // is answered "no" and the refusal is what is reported.
+        const QString address = Commands::caseAddress(path);
+        const QString holder = CaseAddress::isServer(address) ? HostApplication::holderOf(address) : QString();
+        if (!holder.isEmpty()
+            && MessageBox::yesNo(this, holder + QStringLiteral("\n\nWilt u het dossier alleen-lezen openen?"),
+                                 QStringLiteral("Dossier in gebruik"))) {
+            try {
+                setCase(HostApplication::openForReading(address));
+                return true;
+            } catch (const VandrelApplication::HostError &again) {
+                if (error)
+                    *error = again.description();
+                return false;
+            }
+        }
         if (error)
             *error = e.description();
         return false;
     }
+}
+
+void MainWindow::openFromDatabase()
+{
+    if (!leavePensionScreen())
+        return;
+    QStringList lines;
+    try {
+        lines = Commands::caseListing();
+    } catch (const VandrelApplication::HostError &e) {
+        MessageBox::ok(this, e.description(), QStringLiteral("Dossiers niet opgehaald"));
+        return;
+    }
+    if (lines.isEmpty()) {
+        MessageBox::ok(this, QStringLiteral("De database bevat nog geen dossiers."), QStringLiteral("Openen uit database"),
+                       MessageBox::Icon::Information);
+        return;
+    }
+    QStringList shown;
+    for (const QString &line : lines)
+        shown << QString(line).replace(QLatin1Char('\t'), QStringLiteral("  -  "));
+    bool ok = false;
+    const QString picked = QInputDialog::getItem(this, QStringLiteral("Openen uit database"),
+                                                 QStringLiteral("Dossiers in %1:").arg(CaseAddress::parse(Commands::database()).display()),
+                                                 shown, 0, false, &ok);
+    if (!ok)
+        return;
+    openRecent(lines.at(shown.indexOf(picked)).section(QLatin1Char('\t'), 0, 0));
 }
 
 void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
@@ -337,7 +387,7 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
     if (m_case && m_case->readOnly())
         MessageBox::ok(this, QStringLiteral("U mag het dossier %1 niet wijzigen: het is alleen-lezen geopend. U kunt het bekijken "
                                             "en exporteren; een wijziging wordt geweigerd en niet opgeslagen.")
-                                 .arg(QFileInfo(m_case->filePath()).fileName()),
+                                 .arg(m_case->caseName()),
                        QStringLiteral("Dossier alleen-lezen"), MessageBox::Icon::Information);
     updateStatus();
     // The first check once the window has painted the case.
@@ -479,7 +529,9 @@ void MainWindow::fillRecentMenu()
     m_recent->clear();
     const QStringList recent = UserSettings::recentCases();
     for (int i = 0; i < recent.size(); ++i) {
-        QAction *act = m_recent->addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(recent[i]).fileName()));
+        const QString label = CaseAddress::isServer(recent[i]) ? CaseAddress::parse(recent[i]).caseName
+                                                                : QFileInfo(recent[i]).fileName();
+        QAction *act = m_recent->addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(label));
         act->setObjectName(QStringLiteral("actRecent%1").arg(i + 1));
         act->setToolTip(recent[i]);
         act->setStatusTip(recent[i]);
@@ -775,7 +827,7 @@ std::unique_ptr<VandrelReport::CaseReport> MainWindow::buildReport()
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(500);
     const QString name = m_case->filePath().isEmpty() ? QStringLiteral("nieuw dossier")
-                                                      : QFileInfo(m_case->filePath()).completeBaseName();
+                                                      : QFileInfo(m_case->caseName()).completeBaseName();
     try {
         return Rapport::build(*m_case, name, *m_checker, [&](int done, int total, const QString &) {
             progress.setMaximum(total);
@@ -793,6 +845,8 @@ void MainWindow::exportPdf()
         return;
     const QString suggested = m_case->filePath().isEmpty()
                                   ? QStringLiteral("pensioenoverzicht.pdf")
+                                  : CaseAddress::isServer(m_case->filePath())
+                                  ? QDir(dossierFolder()).filePath(m_case->caseName() + QStringLiteral(".pdf"))
                                   : QFileInfo(m_case->filePath()).absoluteDir().filePath(
                                         QFileInfo(m_case->filePath()).completeBaseName() + QStringLiteral(".pdf"));
     // The question before replacing a file is ours (and answerable by a responder), not the dialog's.

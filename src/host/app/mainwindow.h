@@ -75,6 +75,7 @@ private:
     bool leavePensionScreen();
     void newCase();
     void openFile();
+    void openFromDatabase();
     void importJson();
     void exportJson();
     void importOverview();
