@@ -5,8 +5,8 @@
 /// \file hostmodel.h
 /// \brief The host object model: the interfaces a host implements for the pension screen.
 ///
-/// The host object model as the pension library sees it as the pension library sees it. A host implements these interfaces; the
-/// library only consumes them. Objects are handed out as shared pointers so that a control may keep
+/// The host object model as the pension library sees it. A host implements these interfaces;
+/// the library only consumes them. Objects are handed out as shared pointers so that a control may keep
 /// one for its lifetime even when the host renumbers its collections: an object whose data is gone
 /// throws HostError(HostErrorCode::NotFound) on use instead of dangling.
 ///
