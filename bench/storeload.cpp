@@ -156,9 +156,12 @@ int main(int argc, char **argv)
         if (std::strcmp(argv[i], "--edits") == 0)
             edits = std::atoi(argv[i + 1]);
     }
-    QTemporaryDir scratch;
+    // On the disk the program runs from (a temporary folder may be memory, where a flush is free),
+    // open to other users' traversal only: the cluster runs as `nobody` when this runs as root.
+    QTemporaryDir scratch(QDir::currentPath() + QStringLiteral("/storeload-XXXXXX"));
     if (!scratch.isValid())
         return 2;
+    QFile::setPermissions(scratch.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
     int status = 0;
 
     std::vector<QString> files;

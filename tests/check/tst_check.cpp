@@ -415,7 +415,7 @@ private Q_SLOTS:
     {
         const Run run = zarnoveld({QStringLiteral("check")});
         QCOMPARE(run.exitCode, 2);
-        QCOMPARE(run.err, QStringLiteral("zarnoveld: gebruik: zarnoveld check DOSSIER... [--json]\n"));
+        QCOMPARE(run.err, QStringLiteral("zarnoveld: gebruik: zarnoveld check DOSSIER... | --alle [--json]\n"));
         QCOMPARE(run.out, QString());
     }
 };

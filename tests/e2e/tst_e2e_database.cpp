@@ -72,16 +72,6 @@ QByteArray bytesOf(const QString &path)
     return file.readAll();
 }
 
-// Stops or starts the cluster's server, as an office's server going down and coming back.
-void server(const char *action)
-{
-    QProcess p;
-    p.start(QStringLiteral(VANDREL_SOURCE_DIR "/scripts/pgcluster"),
-            {QString::fromLatin1(action), qEnvironmentVariable("ZARNOVELD_TEST_CLUSTER")});
-    QVERIFY(p.waitForFinished(120000));
-    QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
-}
-
 QString login()
 {
     return QString::fromLocal8Bit(::getpwuid(::getuid())->pw_name);
@@ -245,9 +235,9 @@ private Q_SLOTS:
             QVERIFY(field);
             for (int i = 1; i <= 12; ++i) {
                 if (i == 5)
-                    server("pause");
+                    TestSupport::serverAction("pause");
                 if (i == 9)
-                    server("resume");
+                    TestSupport::serverAction("resume");
                 const QString typed = QStringLiteral("Adviseur typt %1").arg(i);
                 const int before = messages.count();
                 enter(field, typed);

@@ -60,12 +60,7 @@ double expectedFranchise(const Cited &c, int type, int category)
 template <typename Body>
 HostError errorOf(Body &&body)
 {
-    try {
-        body();
-    } catch (const HostError &e) {
-        return e;
-    }
-    return HostError(0, QString());
+    return TestSupport::hostErrorOf(body);
 }
 
 QJsonObject scheme(int type, double salary, double franchise, float accrual = 0)

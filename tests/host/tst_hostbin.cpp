@@ -18,12 +18,7 @@ namespace {
 template <typename Body>
 qint32 errorOf(Body &&body)
 {
-    try {
-        body();
-    } catch (const HostError &e) {
-        return e.number();
-    }
-    return 0;
+    return TestSupport::hostErrorOf(body).number();
 }
 
 // Three schemes with providers A, B, C; B with a second old-age row and a disability row.

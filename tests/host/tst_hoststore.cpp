@@ -24,12 +24,7 @@ namespace {
 template <typename Body>
 HostError errorOf(Body &&body)
 {
-    try {
-        body();
-    } catch (const HostError &e) {
-        return e;
-    }
-    return HostError(0, QString());
+    return TestSupport::hostErrorOf(body);
 }
 
 // A second, independent look at the file, as another program would have.
@@ -431,6 +426,20 @@ private slots:
             QVERIFY(lock.open(QIODevice::WriteOnly));
             // The format QLockFile writes: pid, application name, host name.
             lock.write("999999\nzarnoveld\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+        }
+        auto app = HostApplication::openFile(path);
+        QVERIFY(app->Get_Dossier());
+    }
+
+    void emptyLockOfAWriterKilledMidwayIsTakenOver()
+    {
+        ONLY_FOR_CASE_FILES();
+        const QString path = newPath();
+        HostApplication::createFile(path);
+        {
+            // Killed between making the lock file and writing its details into it.
+            QFile lock(path + QStringLiteral(".lock"));
+            QVERIFY(lock.open(QIODevice::WriteOnly));
         }
         auto app = HostApplication::openFile(path);
         QVERIFY(app->Get_Dossier());

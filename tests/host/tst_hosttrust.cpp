@@ -7,6 +7,7 @@
 #include "hostapplication.h"
 #include "rules.h"
 #include "safefile.h"
+#include "casebackend.h"
 #include "usersim.h"
 
 #include <QDir>
@@ -33,12 +34,7 @@ namespace {
 template <typename Body>
 QString errorOf(Body &&body)
 {
-    try {
-        body();
-    } catch (const HostError &e) {
-        return e.description();
-    }
-    return QString();
+    return TestSupport::hostErrorOf(body).description();
 }
 
 unsigned modeOf(const QString &path)

@@ -25,27 +25,12 @@ namespace {
 template <typename Body>
 HostError errorOf(Body &&body)
 {
-    try {
-        body();
-    } catch (const HostError &e) {
-        return e;
-    }
-    return HostError(0, QString());
+    return TestSupport::hostErrorOf(body);
 }
 
 QString login()
 {
     return QString::fromLocal8Bit(::getpwuid(::getuid())->pw_name);
-}
-
-// Stops or starts the cluster's server, as an office's server going down and coming back.
-void server(const char *action)
-{
-    QProcess p;
-    p.start(QStringLiteral(VANDREL_SOURCE_DIR "/scripts/pgcluster"),
-            {QString::fromLatin1(action), qEnvironmentVariable("ZARNOVELD_TEST_CLUSTER")});
-    QVERIFY(p.waitForFinished(120000));
-    QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
 }
 
 } // namespace
@@ -194,14 +179,14 @@ private slots:
         };
         for (int i = 1; i <= 5; ++i)
             edit(i);
-        server("pause");
+        TestSupport::serverAction("pause");
         for (int i = 6; i <= 8; ++i)
             edit(i);
         QCOMPARE(refused.size(), 3);
         QVERIFY2(refused.first().contains(QStringLiteral("verbroken")) || refused.first().contains(QStringLiteral("niet bereikbaar")),
                  qPrintable(refused.first()));
         QVERIFY(refused.first().contains(QStringLiteral("niet opgeslagen")));
-        server("resume");
+        TestSupport::serverAction("resume");
         for (int i = 9; i <= 12; ++i)
             edit(i);
         QCOMPARE(accepted.size(), 9);
@@ -224,8 +209,8 @@ private slots:
         auto app = HostApplication::createFile(address);
         auto anv = app->Get_Dossier()->Get_Aanvrager(1);
         anv->setNaam(QStringLiteral("Voor"));
-        server("pause");
-        server("resume");
+        TestSupport::serverAction("pause");
+        TestSupport::serverAction("resume");
         // The restart ended the first session and with it its lock: a colleague opens the case
         // and changes it.
         {
@@ -247,8 +232,8 @@ private slots:
         const QString address = newCase(QStringLiteral("Bezet"));
         auto app = HostApplication::createFile(address);
         auto anv = app->Get_Dossier()->Get_Aanvrager(1);
-        server("pause");
-        server("resume");
+        TestSupport::serverAction("pause");
+        TestSupport::serverAction("resume");
         auto colleague = HostApplication::openFile(address);
         const HostError e = errorOf([&] { anv->setNaam(QStringLiteral("Mijn wijziging")); });
         QCOMPARE(e.number(), HostErrorCode::InvalidState);

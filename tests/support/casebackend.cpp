@@ -7,6 +7,8 @@
 
 #include <QFileInfo>
 #include <QFile>
+#include <QProcess>
+#include <QTest>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QUuid>
@@ -34,6 +36,15 @@ const QString &runTag()
 }
 
 } // namespace
+
+void serverAction(const char *action)
+{
+    QProcess p;
+    p.start(QStringLiteral(VANDREL_SOURCE_DIR "/scripts/pgcluster"),
+            {QString::fromLatin1(action), qEnvironmentVariable("ZARNOVELD_TEST_CLUSTER")});
+    QVERIFY(p.waitForFinished(120000));
+    QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
+}
 
 bool onServer()
 {

@@ -6,11 +6,29 @@
 // = postgresql) cases in the throwaway PostgreSQL cluster the test command started
 // (ZARNOVELD_TEST_CLUSTER, see scripts/pgcluster). One test source covers both back ends.
 
+#include "hosterror.h"
+
 #include <QSqlDatabase>
 #include <QString>
 #include <QTemporaryDir>
 
 namespace TestSupport {
+
+// The HostError a call throws; number 0 when it throws none.
+template <typename Body>
+VandrelApplication::HostError hostErrorOf(Body &&body)
+{
+    try {
+        body();
+    } catch (const VandrelApplication::HostError &e) {
+        return e;
+    }
+    return VandrelApplication::HostError(0, QString());
+}
+
+// Stops ("pause") or starts again ("resume") the cluster's server, as an office's server going
+// down and coming back.
+void serverAction(const char *action);
 
 // Whether this run keeps its cases on the server.
 bool onServer();

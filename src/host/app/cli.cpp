@@ -46,7 +46,7 @@ QString helpText()
         {QStringLiteral("--controle, --menu MENU"), QStringLiteral("bij --screenshot: paneel of menu open")},
     };
     const QList<QPair<QString, QString>> everywhere = {
-        {QStringLiteral("--database URL"), QStringLiteral("dossiers in postgresql://gebruiker@server:poort/db")},
+        {QStringLiteral("--database URL"), QStringLiteral("dossiers in een PostgreSQL-database")},
     };
     qsizetype width = 0;
     for (const auto &[usage, what] : commands)

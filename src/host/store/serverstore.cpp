@@ -14,11 +14,13 @@
 
 #include "caseaddress.h"
 #include "dialect.h"
+#include "sqlsupport.h"
 
 #include <QDateTime>
 #include <QLocale>
 #include <QSqlError>
 #include <QSysInfo>
+#include <QThread>
 #include <QUuid>
 
 #include <pwd.h>
@@ -31,15 +33,9 @@ namespace Code = VandrelApplication::HostErrorCode;
 
 namespace {
 
-const QString kSource = QStringLiteral("Zarnoveld");
 // The first key of every advisory lock this program takes; the second is the case's id (0 guards
 // the catalogue while a case is made).
 constexpr int kLockSpace = 0x5A52;
-
-[[noreturn]] void fail(qint32 code, const QString &text)
-{
-    throw HostError(code, text, kSource);
-}
 
 QString loginName()
 {
@@ -186,6 +182,11 @@ public:
     }
     ~ServerStore() override
     {
+        // Let go of the case before the connection goes: the server frees a closed session's
+        // locks only once its process has ended, a moment after the close, and a colleague
+        // opening the case right now must not meet that moment.
+        if (m_caseId && !m_readOnly && m_db.isOpen())
+            QSqlQuery(m_db).exec(QStringLiteral("SELECT pg_advisory_unlock(%1, %2)").arg(kLockSpace).arg(m_caseId));
         forgetStatements();
         m_db = QSqlDatabase();
         m_link.reset();
@@ -220,6 +221,18 @@ public:
     {
         QSqlQuery q = run(m_db, QStringLiteral("SELECT pg_try_advisory_lock(%1, %2)").arg(kLockSpace).arg(m_caseId));
         return q.next() && q.value(0).toBool();
+    }
+
+    // The lock, allowing a program that just died the few milliseconds the server needs to end
+    // its session; short enough that a colleague who really has the case open is never waited out.
+    bool tryLockSoon()
+    {
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            if (tryLock())
+                return true;
+            QThread::msleep(30);
+        }
+        return false;
     }
 
     // Writes who has the case, with this session's key.
@@ -382,7 +395,7 @@ std::unique_ptr<Store> openOnServer(const QString &address, std::shared_ptr<Doss
         store->m_readOnly = true;
         // One snapshot: a change another adviser makes meanwhile is seen whole or not at all.
         run(db, QStringLiteral("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"));
-    } else if (!store->tryLock()) {
+    } else if (!store->tryLockSoon()) {
         const QString holder = holderText(db, name);
         fail(Code::InvalidState, holder.isEmpty() ? QStringLiteral("Dossier %1 is in gebruik door een ander.").arg(name) : holder);
     }

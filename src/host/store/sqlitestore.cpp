@@ -7,12 +7,14 @@
 #include "store.h"
 
 #include "dialect.h"
+#include "sqlsupport.h"
 #include "safefile.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSqlError>
+#include <QThread>
 #include <QUrl>
 #include <QUuid>
 
@@ -29,31 +31,9 @@ namespace Code = VandrelApplication::HostErrorCode;
 
 namespace {
 
-const QString kSource = QStringLiteral("Zarnoveld");
-
-[[noreturn]] void fail(qint32 code, const QString &text)
-{
-    throw HostError(code, text, kSource);
-}
-
 QString fileName(const QString &path)
 {
     return QFileInfo(path).fileName();
-}
-
-void execOrThrow(QSqlDatabase &db, const QString &sql)
-{
-    QSqlQuery q(db);
-    if (!q.exec(sql))
-        fail(Code::StoreFailed, QStringLiteral("Het dossierbestand kon niet worden bijgewerkt: %1").arg(q.lastError().text()));
-}
-
-bool hasTable(QSqlDatabase &db, const QString &name)
-{
-    QSqlQuery q(db);
-    q.prepare(Dialect::of(db).tableExists);
-    q.addBindValue(name);
-    return q.exec() && q.next();
 }
 
 // Write-ahead log: a reader never blocks the single writer and a commit is one append. With
@@ -92,7 +72,16 @@ std::unique_ptr<QLockFile> takeLock(const QString &path)
     }
     qint64 pid = 0;
     QString host, app;
-    lock->getLockInfo(&pid, &host, &app);
+    // A lock file without its owner's details is one whose writer was killed between making the
+    // file and filling it (a live one fills it within microseconds). QLockFile cannot tell whether
+    // such a lock is stale; looked at twice, a moment apart, it is taken over.
+    if (!lock->getLockInfo(&pid, &host, &app)) {
+        QThread::msleep(200);
+        if (!lock->getLockInfo(&pid, &host, &app) && lock->removeStaleLockFile() && lock->tryLock(0)) {
+            SafeFile::makePrivate(lockPath(path));
+            return lock;
+        }
+    }
     if (lock->error() == QLockFile::LockFailedError)
         fail(Code::InvalidState, QStringLiteral("Het dossier %1 is al geopend in een ander programma (%2, proces %3). Sluit het daar eerst.")
                                      .arg(fileName(path), app.isEmpty() ? QStringLiteral("onbekend") : app)

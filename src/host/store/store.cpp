@@ -4,6 +4,7 @@
 
 #include "caseaddress.h"
 #include "dialect.h"
+#include "sqlsupport.h"
 
 #include <QSqlError>
 #include <QSqlRecord>
@@ -18,13 +19,6 @@ using VandrelApplication::HostError;
 namespace Code = VandrelApplication::HostErrorCode;
 
 namespace {
-
-const QString kSource = QStringLiteral("Zarnoveld");
-
-[[noreturn]] void fail(qint32 code, const QString &text)
-{
-    throw HostError(code, text, kSource);
-}
 
 QVariant toSql(Kind kind, const QVariant &value)
 {
@@ -59,14 +53,6 @@ QVariant fromSql(Kind kind, const QVariant &value)
 QString quoted(const Dialect &dialect, const char *name)
 {
     return dialect.column(QLatin1String(name));
-}
-
-void execOrThrow(QSqlDatabase &db, const QString &sql)
-{
-    QSqlQuery q(db);
-    if (!q.exec(sql))
-        fail(Code::StoreFailed, QStringLiteral("Het dossier kon niet worden bijgewerkt: %1")
-                                    .arg(q.lastError().text()));
 }
 
 void createSchemaV1(QSqlDatabase &db)
@@ -107,14 +93,6 @@ ParameterValues readParameters(QSqlDatabase &db)
     params.franchiseB = get("FranchiseB");
     params.maxAnwCompensation = get("MaxAnwCompensation");
     return params;
-}
-
-bool hasTable(QSqlDatabase &db, const QString &name)
-{
-    QSqlQuery q(db);
-    q.prepare(Dialect::of(db).tableExists);
-    q.addBindValue(name);
-    return q.exec() && q.next();
 }
 
 } // namespace
