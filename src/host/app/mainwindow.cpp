@@ -934,8 +934,12 @@ void MainWindow::updateStatus()
         return;
     }
     const QString file = m_case->filePath();
-    fileLabel->setFullText(file.isEmpty() ? QStringLiteral("Dossier alleen in het geheugen") : QStringLiteral("Dossier: %1").arg(file));
-    fileLabel->setToolTip(file);
+    // A case on the server is named as advisers know it, with the database it lives in.
+    const QString where = CaseAddress::isServer(file)
+                              ? QStringLiteral("%1 (%2)").arg(m_case->caseName(), CaseAddress::parse(file).display())
+                              : file;
+    fileLabel->setFullText(file.isEmpty() ? QStringLiteral("Dossier alleen in het geheugen") : QStringLiteral("Dossier: %1").arg(where));
+    fileLabel->setToolTip(where);
     if (m_case->isReadOnly())
         m_savedLabel->setText(QStringLiteral("Alleen lezen: wijzigingen worden niet opgeslagen"));
     else if (file.isEmpty())
