@@ -6,13 +6,18 @@
 // case by name. Runs against the test command's throwaway cluster.
 
 #include "caseaddress.h"
+#include "commands.h"
 #include "casebackend.h"
 #include "e2esupport.h"
 #include "errorlog.h"
 #include "mainwindow.h"
 #include "usersim.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QDir>
+#include <QInputDialog>
+#include <QTimer>
 #include <QFile>
 #include <QImage>
 #include <QProcess>
@@ -214,6 +219,68 @@ private Q_SLOTS:
         run = zarnoveld(on({QStringLiteral("check"), QStringLiteral("--alle")}));
         QVERIFY2(run.exitCode == 0 || run.exitCode == 1, qPrintable(run.err));
         QVERIFY2(run.out.contains(QStringLiteral("Dossier %1").arg(name)), qPrintable(run.out));
+    }
+
+    void theWindowOpensACaseFromTheDatabaseList()
+    {
+        using namespace TestSupport;
+        const QString held = newName(QStringLiteral("Lijst bezet"));
+        const QString free = newName(QStringLiteral("Lijst vrij"));
+        for (const QString &name : {held, free})
+            QCOMPARE(zarnoveld(on({QStringLiteral("import"), example(QStringLiteral("single.json")), name})).exitCode, 0);
+        auto colleague = Zarnoveld::HostApplication::openFile(Zarnoveld::CaseAddress::ofCase(m_url, held));
+        // This program was started with --database URL.
+        QByteArray option = "--database=" + m_url.toUtf8();
+        char program[] = "zarnoveld";
+        char *argv[] = {program, option.data(), nullptr};
+        int argc = 2;
+        QString error;
+        QVERIFY2(Zarnoveld::Commands::chooseDatabase(argc, argv, &error), qPrintable(error));
+        QCOMPARE(argc, 1);
+
+        MessageRecorder messages;
+        Zarnoveld::MainWindow window;
+        QVERIFY(showActive(&window));
+        QStringList listed;
+        bool seen = false;
+        QTimer::singleShot(0, [&] {
+            auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+            if (!dialog || dialog->objectName() != QStringLiteral("dlgOpenenDatabase")) {
+                if (dialog)
+                    dialog->reject();
+                return;
+            }
+            seen = true;
+            listed = dialog->comboBoxItems();
+            checkLayoutAndGrab(dialog, m_sandbox->path(QStringLiteral("openen-uit-database.png")));
+            saveScreenshot(dialog, QStringLiteral("openen-uit-database.png"));
+            dialog->setTextValue(free + QStringLiteral("  -  vrij"));
+            dialog->accept();
+        });
+        find<QAction>(&window, QStringLiteral("actOpenenDatabase"))->trigger();
+        QVERIFY(seen);
+        QVERIFY2(listed.contains(free + QStringLiteral("  -  vrij")), qPrintable(listed.join(QLatin1Char('\n'))));
+        bool heldShown = false;
+        for (const QString &line : listed)
+            heldShown |= line.startsWith(held + QStringLiteral("  -  in gebruik door %1 op ").arg(login()));
+        QVERIFY2(heldShown, qPrintable(listed.join(QLatin1Char('\n'))));
+        QCOMPARE(messages.count(), 0);
+        QVERIFY(window.currentCase());
+        QCOMPARE(window.currentCase()->caseName(), free);
+
+        // The colleague's case: the adviser is told who has it and reads it instead.
+        messages.answerNext(MessageBox::Answer::Yes);
+        QVERIFY2(window.openCase(held, &error), qPrintable(error));
+        QCOMPARE(messages.count(), 1);
+        QVERIFY(messages.lastText().startsWith(QStringLiteral("Dossier %1 is in gebruik door %2 op ").arg(held, login())));
+        QVERIFY(messages.lastText().endsWith(QStringLiteral("Wilt u het dossier alleen-lezen openen?")));
+        QVERIFY(window.currentCase()->readOnly());
+        QVERIFY(window.windowTitle().contains(QStringLiteral("[alleen-lezen]")));
+
+        char reset[] = "--database=";
+        char *none[] = {program, reset, nullptr};
+        argc = 2;
+        QVERIFY(Zarnoveld::Commands::chooseDatabase(argc, none, &error));
     }
 
     void theServerStopsAndStartsUnderATypingAdviser()

@@ -10,6 +10,8 @@
 #include "store.h"
 
 #include <QJsonArray>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QProcess>
 #include <QSysInfo>
 #include <QTest>
@@ -156,6 +158,41 @@ private slots:
         qputenv("PGPASSWORD", right);
         QCOMPARE(e.number(), HostErrorCode::StoreFailed);
         QVERIFY2(e.description().contains(QStringLiteral("niet bereikbaar")), qPrintable(e.description()));
+    }
+
+    void anotherRoleOnTheServerReadsNoCase()
+    {
+        // Another user of the same database server (another office's role, a reporting tool)
+        // sees neither the catalogue nor a case's tables.
+        const QString address = newCase(QStringLiteral("Prive"));
+        HostApplication::createFile(address)->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("Geheim"));
+        const auto server = Zarnoveld::CaseAddress::parse(address);
+        {
+            QSqlDatabase admin = TestSupport::openRaw(address, QStringLiteral("beheer"));
+            QSqlQuery(admin).exec(QStringLiteral("DROP ROLE IF EXISTS buitenstaander"));
+            QVERIFY(QSqlQuery(admin).exec(QStringLiteral("CREATE ROLE buitenstaander LOGIN PASSWORD 'buiten'")));
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("beheer"));
+        {
+            QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("buiten"));
+            other.setHostName(server.host);
+            other.setPort(server.port);
+            other.setDatabaseName(server.database);
+            other.setUserName(QStringLiteral("buitenstaander"));
+            other.setPassword(QStringLiteral("buiten"));
+            QVERIFY2(other.open(), qPrintable(other.lastError().text()));
+            QSqlQuery q(other);
+            QVERIFY(!q.exec(QStringLiteral("SELECT naam FROM zarnoveld.dossiers")));
+            QVERIFY(q.lastError().text().contains(QStringLiteral("permission denied")));
+            // The names of schemas are public in PostgreSQL; what is in them is not.
+            QVERIFY(q.exec(QStringLiteral("SELECT nspname FROM pg_namespace WHERE nspname LIKE 'dossier_%' LIMIT 1")));
+            QVERIFY(q.next());
+            const QString schema = q.value(0).toString();
+            QVERIFY(!q.exec(QStringLiteral("SELECT naam FROM %1.aanvrager").arg(schema)));
+            QVERIFY(q.lastError().text().contains(QStringLiteral("permission denied")));
+            other.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("buiten"));
     }
 
     void serverStoppedAndStartedDuringScriptedEditsLosesNoAcceptedEdit()

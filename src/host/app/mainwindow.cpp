@@ -299,7 +299,7 @@ bool MainWindow::openCase(const QString &path, QString *error)
             && MessageBox::yesNo(this, holder + QStringLiteral("\n\nWilt u het dossier alleen-lezen openen?"),
                                  QStringLiteral("Dossier in gebruik"))) {
             try {
-                setCase(HostApplication::openForReading(address));
+                setCase(HostApplication::openForReading(address), true);
                 return true;
             } catch (const VandrelApplication::HostError &again) {
                 if (error)
@@ -332,16 +332,18 @@ void MainWindow::openFromDatabase()
     QStringList shown;
     for (const QString &line : lines)
         shown << QString(line).replace(QLatin1Char('\t'), QStringLiteral("  -  "));
-    bool ok = false;
-    const QString picked = QInputDialog::getItem(this, QStringLiteral("Openen uit database"),
-                                                 QStringLiteral("Dossiers in %1:").arg(CaseAddress::parse(Commands::database()).display()),
-                                                 shown, 0, false, &ok);
-    if (!ok)
+    QInputDialog dialog(this);
+    dialog.setObjectName(QStringLiteral("dlgOpenenDatabase"));
+    dialog.setWindowTitle(QStringLiteral("Openen uit database"));
+    dialog.setLabelText(QStringLiteral("Dossiers in %1:").arg(CaseAddress::parse(Commands::database()).display()));
+    dialog.setComboBoxItems(shown);
+    dialog.setComboBoxEditable(false);
+    if (dialog.exec() != QDialog::Accepted)
         return;
-    openRecent(lines.at(shown.indexOf(picked)).section(QLatin1Char('\t'), 0, 0));
+    openRecent(lines.at(shown.indexOf(dialog.textValue())).section(QLatin1Char('\t'), 0, 0));
 }
 
-void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
+void MainWindow::setCase(const std::shared_ptr<HostApplication> &application, bool chosenReadOnly)
 {
     // The old case's control ends first, so that it removes the schemes it marked for removal.
     m_pensions->release();
@@ -384,7 +386,7 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application)
     m_findings->clear();
     m_checkState.clear();
     updateTitle();
-    if (m_case && m_case->readOnly())
+    if (m_case && m_case->readOnly() && !chosenReadOnly)
         MessageBox::ok(this, QStringLiteral("U mag het dossier %1 niet wijzigen: het is alleen-lezen geopend. U kunt het bekijken "
                                             "en exporteren; een wijziging wordt geweigerd en niet opgeslagen.")
                                  .arg(m_case->caseName()),

@@ -39,7 +39,9 @@ public:
 
     // Opens a case (a case file, or a JSON example which becomes a new case file beside it).
     bool openCase(const QString &path, QString *error);
-    void setCase(const std::shared_ptr<HostApplication> &application);
+    // Shows a case. A case that turns out read-only is announced, unless the adviser just chose to
+    // read it (chosenReadOnly).
+    void setCase(const std::shared_ptr<HostApplication> &application, bool chosenReadOnly = false);
     std::shared_ptr<HostApplication> currentCase() const { return m_case; }
     // Exports the open case to path; an existing file is replaced only after the user said Yes.
     // Returns true when the file was written.
