@@ -8,6 +8,7 @@
 // the target too.
 
 #include "check.h"
+#include "checkerbench.h"
 #include "commands.h"
 
 #include <QApplication>
@@ -93,33 +94,17 @@ Throughput schemesPerSecond(const char *name, int runs)
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir registry;
-    if (qEnvironmentVariableIsEmpty("VANDREL_COMPONENT_REGISTRY"))
-        qputenv("VANDREL_COMPONENT_REGISTRY", registry.path().toLocal8Bit());
-    QApplication app(argc, argv);
-    Zarnoveld::Check::Checker checker;
-    QString error;
-    if (!checker.prepare(&error)) {
-        std::fprintf(stderr, "%s\n", qPrintable(error));
-        return 2;
-    }
-    g_checker = &checker;
-
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-
-    // Every bundled example, each the best of enough whole runs to take a few hundred schemes.
-    for (const char *name : {"stress-99.json", "stress-99-in-orde.json", "sample-couple.json",
-                             "check-errors.json", "single.json"}) {
-        const auto application = Zarnoveld::Check::loadInMemory(example(name));
-        const int schemes = int(g_checker->checkCase(application, example(name)).schemes.size());
-        const int runs = std::clamp(400 / std::max(schemes, 1), 3, 200);
-        const Throughput throughput = schemesPerSecond(name, runs);
-        std::printf("check throughput, %s: %.0f schemes/s of processor time (target >= 5000; "
-                    "wall clock %.0f)\n",
-                    name, throughput.processor, throughput.wall);
-    }
-    benchmark::Shutdown();
-    return 0;
+    return Bench::withChecker(argc, argv, &g_checker, [] {
+        // Every bundled example, each the best of enough whole runs to take a few hundred schemes.
+        for (const char *name : {"stress-99.json", "stress-99-in-orde.json", "sample-couple.json",
+                                 "check-errors.json", "single.json"}) {
+            const auto application = Zarnoveld::Check::loadInMemory(example(name));
+            const int schemes = int(g_checker->checkCase(application, example(name)).schemes.size());
+            const int runs = std::clamp(400 / std::max(schemes, 1), 3, 200);
+            const Throughput throughput = schemesPerSecond(name, runs);
+            std::printf("check throughput, %s: %.0f schemes/s of processor time (target >= 5000; "
+                        "wall clock %.0f)\n",
+                        name, throughput.processor, throughput.wall);
+        }
+    });
 }

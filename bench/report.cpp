@@ -7,6 +7,7 @@
 
 #include "casereport.h"
 #include "check.h"
+#include "checkerbench.h"
 #include "hostapplication.h"
 #include "rapport.h"
 
@@ -144,30 +145,14 @@ double bestMs(const char *name, int runs, double *cpuMs)
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir registry;
-    if (qEnvironmentVariableIsEmpty("VANDREL_COMPONENT_REGISTRY"))
-        qputenv("VANDREL_COMPONENT_REGISTRY", registry.path().toLocal8Bit());
-    QApplication app(argc, argv);
-    Zarnoveld::Check::Checker checker;
-    QString error;
-    if (!checker.prepare(&error)) {
-        std::fprintf(stderr, "%s\n", qPrintable(error));
-        return 2;
-    }
-    g_checker = &checker;
-
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-
-    double cpu = 0;
-    const double inOrde = bestMs("stress-99-in-orde.json", 3, &cpu);
-    std::printf("case report to PDF, stress-99-in-orde.json: %.0f ms (target < 2000)\n", inOrde);
-    std::printf("case report to PDF, stress-99-in-orde.json, processor time: %.0f ms\n", cpu);
-    std::printf("of which layout (last run), stress-99-in-orde.json: %.0f ms\n", double(g_layoutNs) / 1e6);
-    const double failing = bestMs("stress-99.json", 3, &cpu);
-    std::printf("case report to PDF, stress-99.json with its findings: %.0f ms (target < 2000)\n", failing);
-    std::printf("case report to PDF, stress-99.json with its findings, processor time: %.0f ms\n", cpu);
-    benchmark::Shutdown();
-    return 0;
+    return Bench::withChecker(argc, argv, &g_checker, [] {
+        double cpu = 0;
+        const double inOrde = bestMs("stress-99-in-orde.json", 3, &cpu);
+        std::printf("case report to PDF, stress-99-in-orde.json: %.0f ms (target < 2000)\n", inOrde);
+        std::printf("case report to PDF, stress-99-in-orde.json, processor time: %.0f ms\n", cpu);
+        std::printf("of which layout (last run), stress-99-in-orde.json: %.0f ms\n", double(g_layoutNs) / 1e6);
+        const double failing = bestMs("stress-99.json", 3, &cpu);
+        std::printf("case report to PDF, stress-99.json with its findings: %.0f ms (target < 2000)\n", failing);
+        std::printf("case report to PDF, stress-99.json with its findings, processor time: %.0f ms\n", cpu);
+    });
 }

@@ -9,34 +9,18 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+
+#include "programrun.h"
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = TestSupport::ProgramRun;
 
 Run zarnoveld(const QStringList &arguments)
 {
-    QProcess process;
-    process.setProgram(QStringLiteral(ZARNOVELD_EXECUTABLE));
-    process.setArguments(arguments);
-    process.start();
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return TestSupport::runProgram(QStringLiteral(ZARNOVELD_EXECUTABLE), arguments);
 }
 
 QString example(const QString &name)

@@ -11,6 +11,7 @@
 #include "e2esupport.h"
 #include "errorlog.h"
 #include "mainwindow.h"
+#include "programrun.h"
 #include "usersim.h"
 
 #include <QAction>
@@ -32,12 +33,7 @@ using namespace E2e;
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = TestSupport::ProgramRun;
 
 QProcessEnvironment headless()
 {
@@ -49,25 +45,12 @@ QProcessEnvironment headless()
 
 Run finish(QProcess &process)
 {
-    Run run;
-    if (!process.waitForFinished(90000)) {
-        process.kill();
-        process.waitForFinished();
-        run.err = QStringLiteral("timed out");
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return TestSupport::finishProgram(process);
 }
 
 Run zarnoveld(const QStringList &arguments, const QProcessEnvironment &env = headless())
 {
-    QProcess process;
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(ZARNOVELD_EXECUTABLE), arguments);
-    return finish(process);
+    return TestSupport::runProgram(QStringLiteral(ZARNOVELD_EXECUTABLE), arguments, env);
 }
 
 QByteArray bytesOf(const QString &path)

@@ -811,29 +811,12 @@ void ProgressBar::finish()
     m_drawn = false;
 }
 
-namespace {
-
-void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    // The offscreen platform warns about things that mean nothing without a screen; the report
-    // must stay readable, so only real trouble reaches stderr.
-    if (type == QtCriticalMsg || type == QtFatalMsg)
-        QTextStream(stderr) << message << Qt::endl;
-}
-
-} // namespace
-
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler(quietHandler);
-    QApplication app(argc, argv);
+    HeadlessApplication app(argc, argv);
     // The check's own responder answers the screen while a scheme is checked; anything outside
     // it is printed and logged, never shown.
     ErrorLog::answerHeadless();
-    QApplication::setOrganizationName(QStringLiteral("Vandrel"));
-    QApplication::setApplicationName(QStringLiteral("zarnoveld"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

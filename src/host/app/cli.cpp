@@ -3,6 +3,7 @@
 #include "cli.h"
 
 #include "commands.h"
+#include "errorlog.h"
 #include "hostapplication.h"
 #include "fiscalfigures.h"
 
@@ -100,8 +101,7 @@ QString knownYears()
 int parametersMain(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Vandrel"));
-    QCoreApplication::setApplicationName(QStringLiteral("zarnoveld"));
+    nameApplication();
     const QString usage = QStringLiteral("gebruik: zarnoveld parameters DOSSIER [--jaar JAAR]");
 
     QStringList args = QCoreApplication::arguments().mid(2);

@@ -15,6 +15,36 @@
 
 namespace Zarnoveld {
 
+namespace {
+
+void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        QTextStream(stderr) << message << Qt::endl;
+}
+
+} // namespace
+
+void nameApplication()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Vandrel"));
+    QCoreApplication::setApplicationName(QStringLiteral("zarnoveld"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
+}
+
+int &HeadlessApplication::prepare(int &argc)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quietHandler);
+    return argc;
+}
+
+HeadlessApplication::HeadlessApplication(int &argc, char **argv)
+    : QApplication(prepare(argc), argv)
+{
+    nameApplication();
+}
+
 QString ErrorLog::path()
 {
     const QString overridden = qEnvironmentVariable("ZARNOVELD_LOG");

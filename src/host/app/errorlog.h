@@ -37,6 +37,22 @@ private:
     static void appendLine(const QString &text);
 };
 
+// Gives the running application the program's names: settings and the log find their folders
+// by them, and dialogs carry "Zarnoveld" in their title.
+void nameApplication();
+
+// The application object of a command that never shows a window (check, rapport): drawn
+// offscreen, with the offscreen platform's chatter kept off the report (only critical messages
+// reach stderr), named as the program.
+class HeadlessApplication : public QApplication
+{
+public:
+    HeadlessApplication(int &argc, char **argv);
+
+private:
+    static int &prepare(int &argc);
+};
+
 // The program's application object. The pension screen and its list have no error trap of their
 // own, so a host error in them comes out of whatever event set them off; here it is logged and
 // shown like every other error report, instead of ending the program with the user's work open.

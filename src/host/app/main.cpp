@@ -163,9 +163,7 @@ int main(int argc, char **argv)
     }
 
     Zarnoveld::GuardedApplication app(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("Vandrel"));
-    QApplication::setApplicationName(QStringLiteral("zarnoveld"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
+    Zarnoveld::nameApplication();
 
     // Dutch whatever the user's locale: Qt's own texts (file dialogs, context menus, the help's
     // headings) come from its Dutch catalogue, numbers and dates from the Dutch locale.

@@ -3,6 +3,7 @@
 #include "overviewcommand.h"
 
 #include "commands.h"
+#include "errorlog.h"
 #include "importplan.h"
 
 #include <QCommandLineParser>
@@ -17,8 +18,7 @@ int main(int argc, char **argv)
 {
     // Nothing here shows a window or waits for an answer: a core application is enough.
     QCoreApplication app(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Vandrel"));
-    QCoreApplication::setApplicationName(QStringLiteral("zarnoveld"));
+    nameApplication();
     QTextStream out(stdout);
     QTextStream err(stderr);
 

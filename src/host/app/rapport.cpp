@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "rapport.h"
 
+#include "errorlog.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -113,25 +115,9 @@ bool writePdf(const VandrelReport::CaseReport &report, const QString &path, bool
     return true;
 }
 
-namespace {
-
-void quietHandler(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    // As in the check: the offscreen platform's chatter is not for the user.
-    if (type == QtCriticalMsg || type == QtFatalMsg)
-        QTextStream(stderr) << message << Qt::endl;
-}
-
-} // namespace
-
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler(quietHandler);
-    QApplication app(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("Vandrel"));
-    QApplication::setApplicationName(QStringLiteral("zarnoveld"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Zarnoveld"));
+    HeadlessApplication app(argc, argv);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
