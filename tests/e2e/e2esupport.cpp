@@ -108,6 +108,16 @@ QStringList clippedCaptions(QWidget *root)
     return clipped;
 }
 
+bool openShown(Zarnoveld::MainWindow &window, const QString &caseFile)
+{
+    QString error;
+    if (!window.openCase(caseFile, &error)) {
+        qWarning("%s", qPrintable(error));
+        return false;
+    }
+    return TestSupport::showActive(&window);
+}
+
 void saveScreenshot(QWidget *window, const QString &fileName)
 {
     const QString folder = qEnvironmentVariable("VANDREL_SCREENSHOT_DIR");

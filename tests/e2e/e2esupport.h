@@ -37,6 +37,10 @@ private:
     bool m_registered = false;
 };
 
+// Opens a case in the window and shows the window active, as the program does at its start;
+// false, with the reason printed, when either fails.
+bool openShown(Zarnoveld::MainWindow &window, const QString &caseFile);
+
 // A bundled example case by file name (examples/NAME).
 QString example(const QString &name);
 

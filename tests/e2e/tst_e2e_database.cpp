@@ -277,9 +277,7 @@ private Q_SLOTS:
         QStringList reported;
         {
             Zarnoveld::MainWindow window;
-            QString error;
-            QVERIFY2(window.openCase(address, &error), qPrintable(error));
-            QVERIFY(showActive(&window));
+            QVERIFY(openShown(window, address));
             clickNavigation(&window, QStringLiteral("Deelnemers"));
             auto *field = find<QWidget>(&window, QStringLiteral("txtNaam_1"));
             QVERIFY(field);

@@ -176,9 +176,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("sample-couple.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("sample-couple.json"))));
         clickNavigation(&window, QStringLiteral("Pensioenen"));
         QCOMPARE(window.currentScreen(), MainWindow::Pensioenen);
         QApplication::processEvents();
@@ -398,9 +396,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("sample-couple.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("sample-couple.json"))));
         clickNavigation(&window, QStringLiteral("Pensioenen"));
         const QString target = m_sandbox->path(QStringLiteral("nieuw-desktop"));
         window.setFileChooser([&](MainWindow::FileQuestion question, const QString &, const QString &proposal, const QString &) {

@@ -58,9 +58,7 @@ private Q_SLOTS:
         QVERIFY2(current > 2025, "the sample case is on 2025; this test needs a later year to move to");
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("sample-couple.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("sample-couple.json"))));
         auto app = window.currentCase();
         QCOMPARE(app->figureYear(), 2025);
 

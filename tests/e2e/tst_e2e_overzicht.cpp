@@ -136,9 +136,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("sample-couple.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("sample-couple.json"))));
         clickNavigation(&window, QStringLiteral("Pensioenen"));
         const int before = listRows(window);
         QCOMPARE(before, 6);
@@ -167,9 +165,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
         const QByteArray before = QJsonDocument(window.currentCase()->exportJson()).toJson();
         // A case without partner asks no participant.
         DialogAnswers answers({chooseFile(overview(QStringLiteral("overzicht-aanvrager.xml"))),
@@ -185,9 +181,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
         const QByteArray before = QJsonDocument(window.currentCase()->exportJson()).toJson();
         DialogAnswers answers({chooseFile(overview(QStringLiteral("overzicht-fout.json")))});
         menuAction(window)->trigger();

@@ -116,9 +116,7 @@ private Q_SLOTS:
         const QString json = example(QStringLiteral("sample-couple.json"));
         {
             MainWindow window;
-            QString error;
-            QVERIFY2(window.openCase(json, &error), qPrintable(error));
-            QVERIFY(showActive(&window));
+            QVERIFY(openShown(window, json));
             QCOMPARE(window.currentScreen(), MainWindow::Deelnemers);
 
             // Name, birth date and category of the applicant.

@@ -306,9 +306,7 @@ private Q_SLOTS:
             {
                 MessageRecorder messages;
                 MainWindow window;
-                QString error;
-                QVERIFY2(window.openCase(path, &error), qPrintable(error));
-                QVERIFY(showActive(&window));
+                QVERIFY(openShown(window, path));
                 clickNavigation(&window, QStringLiteral("Pensioenen"));
                 auto *list = find<QTreeWidget>(window.pensionScreen()->control(), QStringLiteral("LstPensioenen"));
                 QVERIFY2(list, "the pension screen's list");

@@ -80,9 +80,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("sample-couple.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("sample-couple.json"))));
         QAction *action = find<QAction>(&window, QStringLiteral("actExporterenPdf"));
         QCOMPARE(action->text().remove(QLatin1Char('&')), QStringLiteral("Exporteren als PDF..."));
 
@@ -112,9 +110,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
         const QString pdf = m_sandbox->path(QStringLiteral("bestaat.pdf"));
         QFile file(pdf);
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -171,9 +167,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
         clickNavigation(&window, QStringLiteral("Pensioenen"));
         QWidget *control = window.pensionScreen()->control();
         QVERIFY(control);
@@ -189,9 +183,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
         clickNavigation(&window, QStringLiteral("Pensioenen"));
         QWidget *control = window.pensionScreen()->control();
         QVERIFY(control);
@@ -216,9 +208,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("single.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
         QAction *action = find<QAction>(&window, QStringLiteral("actAfdrukken"));
         QCOMPARE(action->text().remove(QLatin1Char('&')), QStringLiteral("Afdrukken..."));
         QCOMPARE(action->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_P));
@@ -235,9 +225,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QString error;
-        QVERIFY2(window.openCase(example(QStringLiteral("sample-couple.json")), &error), qPrintable(error));
-        QVERIFY(showActive(&window));
+        QVERIFY(openShown(window, example(QStringLiteral("sample-couple.json"))));
         const QString pdf = m_sandbox->path(QStringLiteral("afdruk.pdf"));
         bool seen = false;
         whenModal<QPrintDialog>([&](QPrintDialog *dialog) {
