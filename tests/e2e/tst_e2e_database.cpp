@@ -320,6 +320,18 @@ private Q_SLOTS:
         process.start(QStringLiteral(ZARNOVELD_EXECUTABLE), {QStringLiteral("import"), example(QStringLiteral("single.json")), name});
         QCOMPARE(finish(process).exitCode, 0);
         QVERIFY(zarnoveld(on({QStringLiteral("dossiers")})).out.contains(name + QStringLiteral("\tvrij")));
+        // The setting, for an office that sets it up once per PC; the environment and the option
+        // still win over it.
+        {
+            QDir().mkpath(m_sandbox->path(QStringLiteral("config/Vandrel")));
+            QFile settings(m_sandbox->path(QStringLiteral("config/Vandrel/zarnoveld.conf")));
+            QVERIFY(settings.open(QIODevice::WriteOnly));
+            settings.write("[General]\ndatabase=" + m_url.toUtf8() + "\n");
+        }
+        const Run fromSetting = zarnoveld({QStringLiteral("dossiers")});
+        QFile::remove(m_sandbox->path(QStringLiteral("config/Vandrel/zarnoveld.conf")));
+        QCOMPARE(fromSetting.exitCode, 0);
+        QVERIFY2(fromSetting.out.contains(name + QStringLiteral("\tvrij")), qPrintable(fromSetting.out));
         // --database "" on the command line goes back to case files on this PC.
         QProcess local;
         local.setProcessEnvironment(env);
