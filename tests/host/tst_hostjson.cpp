@@ -131,6 +131,9 @@ private slots:
                                                 << QStringLiteral("Fout in het dossier bij $.Aanvragers: de aanvrager (deelnemer 1) ontbreekt.");
         QTest::newRow("date 1900") << L{"Aanvragers", 0, "GeboorteDatum"} << QJsonValue(QStringLiteral("1900-12-31")) << false
                                    << QStringLiteral("Fout in het dossier bij %1.GeboorteDatum: een datum moet na 1900 liggen (gebruik null voor geen datum), gevonden \"1900-12-31\".").arg(p0);
+        // Found by the fuzzer: the age-65 date of such a birth lies beyond 9999 and cannot be written back.
+        QTest::newRow("birth far ahead") << L{"Aanvragers", 0, "GeboorteDatum"} << QJsonValue(QStringLiteral("9970-03-15")) << false
+                                         << QStringLiteral("Fout in het dossier bij %1.GeboorteDatum: een geboortedatum ligt in het verleden, gevonden \"9970-03-15\".").arg(p0);
         QTest::newRow("date format") << L{"Aanvragers", 0, "Dienstverbanden", 0, "Dt_Begin"} << QJsonValue(QStringLiteral("01-09-2004")) << false
                                      << QStringLiteral("Fout in het dossier bij %1.Dienstverbanden[0].Dt_Begin: verwacht een datum als \"jjjj-mm-dd\" of null, gevonden \"01-09-2004\".").arg(p0);
         QTest::newRow("unknown field") << L{"Aanvragers", 0, "Pensioenen", 2, "Rendement"} << QJsonValue(4) << false

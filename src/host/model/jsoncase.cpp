@@ -280,6 +280,11 @@ std::shared_ptr<AanvragerNode> readAanvrager(CaseCore &core, const QJsonObject &
     anv->id = core.newId(AanvragerTable);
     anv->v[AanvragerF::Categorie] = QVariant::fromValue<quint8>(1);
     readRecord(*anv, o, path, {"Dienstverbanden", "Pensioenen"});
+    // As on the participants form: nobody is born tomorrow. A birth date far ahead would also
+    // give age dates (65, AOW) beyond the year 9999, which no date field can hold or write back.
+    if (const QDate birth = anv->date(AanvragerF::GeboorteDatum); birth.isValid() && birth > QDate::currentDate())
+        bad(path + QStringLiteral(".GeboorteDatum"),
+            QStringLiteral("een geboortedatum ligt in het verleden, gevonden \"%1\".").arg(birth.toString(Qt::ISODate)));
     if (o.contains(QLatin1String("Dienstverbanden"))) {
         const QString dvPath = path + QStringLiteral(".Dienstverbanden");
         const QJsonArray list = arrayAt(o.value(QLatin1String("Dienstverbanden")), dvPath);
