@@ -45,7 +45,8 @@ struct BareCase
         db.setDatabaseName(g_dir->filePath(QStringLiteral("bare%1").arg(n)));
         db.open();
         QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-        QSqlQuery(db).exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+        // The case file's own setting: every commit flushed to disk before it returns.
+        QSqlQuery(db).exec(QStringLiteral("PRAGMA synchronous=FULL"));
         QSqlQuery(db).exec(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, v REAL)"));
         QSqlQuery(db).exec(QStringLiteral("INSERT INTO t VALUES (1, 0)"));
         begin = QSqlQuery(db);

@@ -156,12 +156,10 @@ int main(int argc, char **argv)
         if (std::strcmp(argv[i], "--edits") == 0)
             edits = std::atoi(argv[i + 1]);
     }
-    // On the disk the program runs from (a temporary folder may be memory, where a flush is free),
-    // open to other users' traversal only: the cluster runs as `nobody` when this runs as root.
+    // On the disk the program runs from: a temporary folder may be memory, where a flush is free.
     QTemporaryDir scratch(QDir::currentPath() + QStringLiteral("/storeload-XXXXXX"));
     if (!scratch.isValid())
         return 2;
-    QFile::setPermissions(scratch.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
     int status = 0;
 
     std::vector<QString> files;
