@@ -24,12 +24,6 @@ using Zarnoveld::HostApplication;
 
 namespace {
 
-template <typename Body>
-HostError errorOf(Body &&body)
-{
-    return TestSupport::hostErrorOf(body);
-}
-
 QString login()
 {
     return QString::fromLocal8Bit(::getpwuid(::getuid())->pw_name);
@@ -58,7 +52,7 @@ private slots:
         first->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("Jan Jansen"));
         QCOMPARE(first->caseName(), TestSupport::caseNameOf(address));
 
-        const HostError refused = errorOf([&] { HostApplication::openFile(address); });
+        const HostError refused = TestSupport::hostErrorOf([&] { HostApplication::openFile(address); });
         QCOMPARE(refused.number(), HostErrorCode::InvalidState);
         const QString expected = QStringLiteral("Dossier %1 is in gebruik door %2 op %3 sinds ")
                                      .arg(TestSupport::caseNameOf(address), login(), QSysInfo::machineHostName());
@@ -69,7 +63,7 @@ private slots:
         auto reader = HostApplication::openForReading(address);
         QVERIFY(reader->readOnly());
         QCOMPARE(reader->Get_Dossier()->Get_Aanvrager(1)->Naam(), QStringLiteral("Jan Jansen"));
-        const HostError change = errorOf([&] { reader->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("X")); });
+        const HostError change = TestSupport::hostErrorOf([&] { reader->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("X")); });
         QCOMPARE(change.number(), HostErrorCode::InvalidState);
         QCOMPARE(reader->Get_Dossier()->Get_Aanvrager(1)->Naam(), QStringLiteral("Jan Jansen"));
 
@@ -106,7 +100,7 @@ private slots:
     {
         const QString address = newCase(QStringLiteral("Dubbel"));
         HostApplication::createFile(address)->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("Eerste"));
-        const HostError e = errorOf([&] { HostApplication::createFile(address); });
+        const HostError e = TestSupport::hostErrorOf([&] { HostApplication::createFile(address); });
         QCOMPARE(e.number(), HostErrorCode::InvalidState);
         QVERIFY2(e.description().contains(QStringLiteral("bestaat al")), qPrintable(e.description()));
         QCOMPARE(HostApplication::openFile(address)->Get_Dossier()->Get_Aanvrager(1)->Naam(), QStringLiteral("Eerste"));
@@ -119,17 +113,17 @@ private slots:
         const QString address = newCase(QStringLiteral("Geweigerd"));
         QJsonObject doc{{QStringLiteral("Aanvragers"),
                          QJsonArray{QJsonObject{{QStringLiteral("Naam"), QStringLiteral("Piet") + QChar(0) + QStringLiteral("X")}}}}};
-        const HostError e = errorOf([&] { HostApplication::importJson(doc, address); });
+        const HostError e = TestSupport::hostErrorOf([&] { HostApplication::importJson(doc, address); });
         QVERIFY(e.number() != 0);
         for (const auto &c : Zarnoveld::detail::casesOnServer(TestSupport::serverUrl()))
             QVERIFY(c.name != TestSupport::caseNameOf(address));
-        QCOMPARE(errorOf([&] { HostApplication::openFile(address); }).number(), HostErrorCode::NotFound);
+        QCOMPARE(TestSupport::hostErrorOf([&] { HostApplication::openFile(address); }).number(), HostErrorCode::NotFound);
     }
 
     void aCaseThatIsNotThereIsNamed()
     {
         const QString address = newCase(QStringLiteral("Bestaat niet"));
-        const HostError e = errorOf([&] { HostApplication::openFile(address); });
+        const HostError e = TestSupport::hostErrorOf([&] { HostApplication::openFile(address); });
         QCOMPARE(e.number(), HostErrorCode::NotFound);
         QVERIFY(e.description().contains(TestSupport::caseNameOf(address)));
     }
@@ -138,23 +132,23 @@ private slots:
     {
         const QString url = TestSupport::serverUrl();
         const QString withPassword = QString(url).replace(QStringLiteral("zarnoveld@"), QStringLiteral("zarnoveld:geheim@"));
-        HostError e = errorOf([&] { Zarnoveld::CaseAddress::ofCase(withPassword, QStringLiteral("X")); });
+        HostError e = TestSupport::hostErrorOf([&] { Zarnoveld::CaseAddress::ofCase(withPassword, QStringLiteral("X")); });
         QVERIFY(e.description().contains(QStringLiteral("PGPASSWORD")));
         QVERIFY(!e.description().contains(QStringLiteral("geheim")));
-        e = errorOf([&] { Zarnoveld::CaseAddress::ofCase(url + QStringLiteral("?password=geheim"), QStringLiteral("X")); });
+        e = TestSupport::hostErrorOf([&] { Zarnoveld::CaseAddress::ofCase(url + QStringLiteral("?password=geheim"), QStringLiteral("X")); });
         QVERIFY(e.description().contains(QStringLiteral("PGPASSWORD")));
-        e = errorOf([&] { Zarnoveld::CaseAddress::ofCase(url + QStringLiteral("?options=-c%20x"), QStringLiteral("X")); });
+        e = TestSupport::hostErrorOf([&] { Zarnoveld::CaseAddress::ofCase(url + QStringLiteral("?options=-c%20x"), QStringLiteral("X")); });
         QVERIFY(e.description().contains(QStringLiteral("niet ondersteund")));
-        e = errorOf([&] { Zarnoveld::CaseAddress::ofCase(QStringLiteral("postgresql://server"), QStringLiteral("X")); });
+        e = TestSupport::hostErrorOf([&] { Zarnoveld::CaseAddress::ofCase(QStringLiteral("postgresql://server"), QStringLiteral("X")); });
         QVERIFY(e.description().contains(QStringLiteral("noemt geen database")));
-        e = errorOf([&] { Zarnoveld::CaseAddress::ofCase(url, QStringLiteral("a\nb")); });
+        e = TestSupport::hostErrorOf([&] { Zarnoveld::CaseAddress::ofCase(url, QStringLiteral("a\nb")); });
         QVERIFY(e.description().contains(QStringLiteral("teken")));
-        e = errorOf([&] { Zarnoveld::CaseAddress::ofCase(url, QString(201, QLatin1Char('x'))); });
+        e = TestSupport::hostErrorOf([&] { Zarnoveld::CaseAddress::ofCase(url, QString(201, QLatin1Char('x'))); });
         QVERIFY(e.description().contains(QStringLiteral("te lang")));
         // A wrong password is the server's refusal, named as such, and opens nothing.
         const QByteArray right = qgetenv("PGPASSWORD");
         qputenv("PGPASSWORD", "fout");
-        e = errorOf([&] { HostApplication::openFile(Zarnoveld::CaseAddress::ofCase(url, QStringLiteral("X"))); });
+        e = TestSupport::hostErrorOf([&] { HostApplication::openFile(Zarnoveld::CaseAddress::ofCase(url, QStringLiteral("X"))); });
         qputenv("PGPASSWORD", right);
         QCOMPARE(e.number(), HostErrorCode::StoreFailed);
         QVERIFY2(e.description().contains(QStringLiteral("niet bereikbaar")), qPrintable(e.description()));
@@ -254,7 +248,7 @@ private slots:
             auto colleague = HostApplication::openFile(address);
             colleague->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("Collega"));
         }
-        const HostError e = errorOf([&] { anv->setNaam(QStringLiteral("Mijn wijziging")); });
+        const HostError e = TestSupport::hostErrorOf([&] { anv->setNaam(QStringLiteral("Mijn wijziging")); });
         QCOMPARE(e.number(), HostErrorCode::InvalidState);
         QVERIFY2(e.description().contains(QStringLiteral("alleen-lezen")), qPrintable(e.description()));
         QVERIFY(app->readOnly());
@@ -272,7 +266,7 @@ private slots:
         TestSupport::serverAction("pause");
         TestSupport::serverAction("resume");
         auto colleague = HostApplication::openFile(address);
-        const HostError e = errorOf([&] { anv->setNaam(QStringLiteral("Mijn wijziging")); });
+        const HostError e = TestSupport::hostErrorOf([&] { anv->setNaam(QStringLiteral("Mijn wijziging")); });
         QCOMPARE(e.number(), HostErrorCode::InvalidState);
         QVERIFY2(e.description().contains(QStringLiteral("is in gebruik door")), qPrintable(e.description()));
         QVERIFY(app->readOnly());
