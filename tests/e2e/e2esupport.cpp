@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "e2esupport.h"
 
+#include "casebackend.h"
 #include "commands.h"
 #include "mainwindow.h"
 #include "usersim.h"
@@ -29,6 +30,24 @@ Sandbox::Sandbox()
     QCoreApplication::setOrganizationName(QStringLiteral("VandrelE2e"));
     QCoreApplication::setApplicationName(QStringLiteral("zarnoveld"));
     QString error;
+    // The same tests once more on the office database (ZARNOVELD_TEST_BACKEND=postgresql): every
+    // case they open lives in a database of this run's own, as if zarnoveld ran with --database.
+    if (TestSupport::onServer()) {
+        const QString database = TestSupport::freshDatabase();
+        if (database.isEmpty()) {
+            qWarning("%s", qPrintable(TestSupport::serverMissing().isEmpty() ? QStringLiteral("no database could be made")
+                                                                           : TestSupport::serverMissing()));
+            return;
+        }
+        QByteArray option = "--database=" + database.toUtf8();
+        char program[] = "zarnoveld";
+        char *argv[] = {program, option.data(), nullptr};
+        int argc = 2;
+        if (!Zarnoveld::Commands::chooseDatabase(argc, argv, &error)) {
+            qWarning("%s", qPrintable(error));
+            return;
+        }
+    }
     m_registered = Zarnoveld::Commands::registerComponent(&error);
     if (!m_registered)
         qWarning("registration failed: %s", qPrintable(error));

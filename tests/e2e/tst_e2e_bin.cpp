@@ -5,6 +5,7 @@
 // been there longer than the bin keeps things.
 
 #include "bindialog.h"
+#include "casebackend.h"
 #include "e2esupport.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
@@ -210,9 +211,8 @@ private Q_SLOTS:
         {
             const QString connection = QUuid::createUuid().toString();
             {
-                QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-                db.setDatabaseName(m_casePath);
-                QVERIFY(db.open());
+                QSqlDatabase db = TestSupport::openRaw(m_casePath, connection);
+                QVERIFY(db.isOpen());
                 QSqlQuery q(db);
                 QVERIFY(q.exec(QStringLiteral("SELECT id FROM prullenbak ORDER BY id")));
                 QList<qint64> ids;

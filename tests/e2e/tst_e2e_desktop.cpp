@@ -5,6 +5,8 @@
 // Qt's own texts are Dutch, the title and status bar say where the adviser is, every menu entry
 // has its key, and the findings pane says what `zarnoveld check` says.
 
+#include "caseaddress.h"
+#include "commands.h"
 #include "e2esupport.h"
 #include "listviewroutines.h"
 #include "mainwindow.h"
@@ -98,6 +100,22 @@ QStringList checkFindings(const QString &casePath, int *exitCode)
             lines << line.mid(6);
     }
     return lines;
+}
+
+// Whether this run keeps its cases in the office database (see E2e::Sandbox).
+bool onDatabase()
+{
+    return !Zarnoveld::Commands::database().isEmpty();
+}
+
+// Where a case the adviser placed at path (a file question's answer) lives: that file, or in the
+// database the case of its name.
+QString caseAt(const QString &path)
+{
+    if (!onDatabase())
+        return path;
+    const QString file = QFileInfo(path).fileName();
+    return Zarnoveld::CaseAddress::ofCase(Zarnoveld::Commands::database(), file.left(file.size() - int(strlen(".zdossier"))));
 }
 
 } // namespace
@@ -308,11 +326,16 @@ private Q_SLOTS:
         QCOMPARE(window.windowTitle(), QStringLiteral("%1 en %2 \u2014 Zarnoveld").arg(applicant, partner));
         auto *fileLabel = find<QLabel>(&window, QStringLiteral("lblDossierbestand"));
         QCOMPARE(fileLabel->toolTip(), app->filePath());
-        // The whole path where there is room for it, else shortened in the middle.
-        QVERIFY2(fileLabel->text() == QStringLiteral("Dossier: ") + app->filePath()
-                     || (fileLabel->text().startsWith(QStringLiteral("Dossier: ")) && fileLabel->text().contains(QChar(0x2026))
-                         && fileLabel->text().endsWith(QStringLiteral(".zdossier"))),
-                 qPrintable(fileLabel->text()));
+        // The whole path where there is room for it, else shortened in the middle; a case in the
+        // office database by its name and the database, never by its raw address.
+        if (Zarnoveld::CaseAddress::isServer(app->filePath()))
+            QCOMPARE(fileLabel->text(), QStringLiteral("Dossier: %1 (%2)")
+                                            .arg(app->caseName(), Zarnoveld::CaseAddress::parse(app->filePath()).display()));
+        else
+            QVERIFY2(fileLabel->text() == QStringLiteral("Dossier: ") + app->filePath()
+                         || (fileLabel->text().startsWith(QStringLiteral("Dossier: ")) && fileLabel->text().contains(QChar(0x2026))
+                             && fileLabel->text().endsWith(QStringLiteral(".zdossier"))),
+                     qPrintable(fileLabel->text()));
         auto *saved = find<QLabel>(&window, QStringLiteral("lblOpgeslagen"));
         QCOMPARE(saved->text(), QStringLiteral("Alle wijzigingen opgeslagen"));
 
@@ -403,7 +426,7 @@ private Q_SLOTS:
             return question == MainWindow::FileQuestion::NewCase && proposal.endsWith(QStringLiteral(".zdossier")) ? target : QString();
         });
         QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
-        QCOMPARE(window.currentCase()->filePath(), target + QStringLiteral(".zdossier"));
+        QCOMPARE(window.currentCase()->filePath(), caseAt(target + QStringLiteral(".zdossier")));
         QCOMPARE(window.currentScreen(), MainWindow::Deelnemers);
         QCOMPARE(find<QListWidget>(&window, QStringLiteral("lstSchermen"))->currentItem()->text(), QStringLiteral("Deelnemers"));
         QCOMPARE(schemeCount(window.currentCase(), 1), 0);
@@ -413,11 +436,11 @@ private Q_SLOTS:
         // Both cases are in the recent list, newest first.
         auto *recent = find<QMenu>(&window, QStringLiteral("mnuRecent"));
         Q_EMIT recent->aboutToShow();
-        QCOMPARE(recent->actions().value(0)->text(), QStringLiteral("&1 nieuw-desktop.zdossier"));
+        const QString suffix = onDatabase() ? QString() : QStringLiteral(".zdossier");
+        QCOMPARE(recent->actions().value(0)->text(), QStringLiteral("&1 nieuw-desktop") + suffix);
         // A JSON opened directly became a case named after the file, its place and its content.
         const QString second = recent->actions().value(1)->text();
-        QVERIFY2(second.startsWith(QStringLiteral("&2 sample-couple-")) && second.endsWith(QStringLiteral(".zdossier")),
-                 qPrintable(second));
+        QVERIFY2(second.startsWith(QStringLiteral("&2 sample-couple-")) && second.endsWith(suffix), qPrintable(second));
         QVERIFY(window.close());
     }
 
@@ -445,7 +468,7 @@ private Q_SLOTS:
         find<QAction>(&window, QStringLiteral("actImporteren"))->trigger();
         QCOMPARE(asked, (QList<MainWindow::FileQuestion>{MainWindow::FileQuestion::ImportJson, MainWindow::FileQuestion::NewCase}));
         QVERIFY(window.currentCase());
-        QCOMPARE(window.currentCase()->filePath(), target);
+        QCOMPARE(window.currentCase()->filePath(), caseAt(target));
         find<QAction>(&window, QStringLiteral("actExporteren"))->trigger();
         QFile file(exportPath);
         QVERIFY(file.open(QIODevice::ReadOnly));

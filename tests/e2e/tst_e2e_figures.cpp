@@ -4,6 +4,7 @@
 // first, nothing changes on No, and on Yes the figures, the year and every computed franchise
 // change, in the file and on the pension screen, which computes exactly what the host stored.
 
+#include "casebackend.h"
 #include "e2esupport.h"
 #include "fiscalfigures.h"
 #include "mainwindow.h"
@@ -114,9 +115,8 @@ private Q_SLOTS:
         {
             const QString name = QStringLiteral("e2e-figures-raw");
             {
-                QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-                db.setDatabaseName(app->filePath());
-                QVERIFY(db.open());
+                QSqlDatabase db = TestSupport::openRaw(app->filePath(), name);
+                QVERIFY(db.isOpen());
                 QSqlQuery q(db);
                 QVERIFY(q.exec(QStringLiteral("SELECT Rekenjaar FROM dossier")) && q.next());
                 QCOMPARE(q.value(0).toInt(), current);

@@ -4,6 +4,7 @@
 // as a user does, and everything is found again after the case file is opened anew.
 
 #include "commands.h"
+#include "casebackend.h"
 #include "e2esupport.h"
 #include "mainwindow.h"
 #include "textbox.h"
@@ -107,7 +108,7 @@ private Q_SLOTS:
             QVERIFY(window.close());
         }
         // The next test imports the same example afresh; the case file is closed by now.
-        QFile::remove(Zarnoveld::Commands::caseFileFor(example(QStringLiteral("sample-couple.json"))));
+        TestSupport::removeCase(Zarnoveld::Commands::caseFor(example(QStringLiteral("sample-couple.json"))));
     }
 
     void editEverythingAndReopen()
@@ -231,7 +232,7 @@ private Q_SLOTS:
             QVERIFY(window.close());
         }
 
-        auto app = Zarnoveld::HostApplication::openFile(Zarnoveld::Commands::caseFileFor(json));
+        auto app = Zarnoveld::HostApplication::openFile(Zarnoveld::Commands::caseFor(json));
         auto applicant = app->Get_Dossier()->Get_Aanvrager(1);
         QCOMPARE(applicant->Naam(), QStringLiteral("Jan van den Bergh"));
         QCOMPARE(applicant->GeboorteDatum(), QDate(1971, 4, 15));

@@ -4,6 +4,7 @@
 // moved and deleted with the mouse and keyboard, the case is closed and opened again from its file.
 
 #include "commands.h"
+#include "casebackend.h"
 #include "e2esupport.h"
 #include "mainwindow.h"
 #include "pensionscreen.h"
@@ -40,8 +41,8 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         const QString json = example(QStringLiteral("sample-couple.json"));
-        const QString casePath = Zarnoveld::Commands::caseFileFor(json);
-        QVERIFY(!QFile::exists(casePath));
+        const QString casePath = Zarnoveld::Commands::caseFor(json);
+        QVERIFY(!TestSupport::caseExists(casePath));
         {
             MainWindow window;
             QString error;

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 #include <QSqlQuery>
 #include <QUrl>
@@ -72,6 +73,23 @@ QString serverUrl()
     return clusterFile(QStringLiteral("url"));
 }
 
+QString freshDatabase()
+{
+    const QString url = serverUrl();
+    if (url.isEmpty())
+        return QString();
+    const QString name = QStringLiteral("t_%1").arg(QUuid::createUuid().toString(QUuid::Id128).left(12));
+    {
+        QSqlDatabase db = openRaw(url + QStringLiteral("#-"), QStringLiteral("aanmaken"));
+        if (!QSqlQuery(db).exec(QStringLiteral("CREATE DATABASE %1").arg(name)))
+            return QString();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("aanmaken"));
+    QString fresh = url;
+    fresh.replace(QRegularExpression(QStringLiteral("/[^/]+$")), QLatin1Char('/') + name);
+    return fresh;
+}
+
 QString newCase(const QTemporaryDir &dir, const QString &stem)
 {
     static int n = 0;
@@ -86,7 +104,7 @@ bool caseExists(const QString &address)
     if (!Zarnoveld::CaseAddress::isServer(address))
         return QFileInfo::exists(address);
     const QString name = Zarnoveld::CaseAddress::parse(address).caseName;
-    for (const auto &c : Zarnoveld::detail::casesOnServer(serverUrl()))
+    for (const auto &c : Zarnoveld::detail::casesOnServer(address))
         if (c.name == name)
             return true;
     return false;
@@ -116,6 +134,24 @@ QSqlDatabase openRaw(const QString &address, const QString &connection)
             QSqlQuery(db).exec(QStringLiteral("SET search_path TO dossier_%1").arg(q.value(0).toLongLong()));
     }
     return db;
+}
+
+void removeCase(const QString &address)
+{
+    if (!Zarnoveld::CaseAddress::isServer(address)) {
+        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral(".lock")})
+            QFile::remove(address + suffix);
+        return;
+    }
+    {
+        QSqlDatabase db = openRaw(address, QStringLiteral("verwijderen"));
+        QSqlQuery q(db);
+        q.prepare(QStringLiteral("DELETE FROM zarnoveld.dossiers WHERE naam = ? RETURNING id"));
+        q.addBindValue(Zarnoveld::CaseAddress::parse(address).caseName);
+        if (q.exec() && q.next())
+            QSqlQuery(db).exec(QStringLiteral("DROP SCHEMA dossier_%1 CASCADE").arg(q.value(0).toLongLong()));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("verwijderen"));
 }
 
 QString caseNameOf(const QString &address)

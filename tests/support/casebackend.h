@@ -38,6 +38,9 @@ QString serverMissing();
 // The cluster's database address, without a case; sets PGPASSWORD for this process (and the
 // programs it starts) the way an office would. Empty when there is no server.
 QString serverUrl();
+// A new, empty database in the cluster, for a run that must not meet another run's cases; its
+// address, or empty when there is no server.
+QString freshDatabase();
 // A new, unused case address: a file in dir, or a case with a name unique to this run.
 QString newCase(const QTemporaryDir &dir, const QString &stem);
 // Whether a case is at address (a file, or a name in the server's catalogue).
@@ -45,6 +48,9 @@ bool caseExists(const QString &address);
 // A second, independent connection to the case's tables, as another program would have: the
 // file itself, or the server with the case's own schema on the search path. Named `connection`.
 QSqlDatabase openRaw(const QString &address, const QString &connection);
+// Removes a case that is not open (a file and what SQLite keeps beside it, or a case with its
+// schema on the server), so that the next import of the same document starts afresh.
+void removeCase(const QString &address);
 // The name an adviser knows that case by (the file name, or the name on the server).
 QString caseNameOf(const QString &address);
 

@@ -49,6 +49,12 @@ QString caseFileFor(const QString &jsonPath)
         + caseSuffix();
 }
 
+QString caseFor(const QString &jsonPath)
+{
+    const QString file = caseFileFor(jsonPath);
+    return database().isEmpty() ? file : CaseAddress::ofCase(database(), QFileInfo(file).completeBaseName());
+}
+
 QJsonObject readJsonCase(const QString &path)
 {
     QFile file(path);
@@ -175,6 +181,18 @@ std::shared_ptr<HostApplication> importCase(const QString &jsonPath, const QStri
 
 std::shared_ptr<HostApplication> openOrImport(const QString &path)
 {
+    // With a database, a JSON document opened directly becomes a case there the first time, under
+    // the name its case file would get, and that case is opened afterwards.
+    if (!database().isEmpty() && path.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive) && QFileInfo(path).isFile()) {
+        const QString address = caseFor(path);
+        try {
+            return HostApplication::openFile(address);
+        } catch (const HostError &e) {
+            if (e.number() != VandrelApplication::HostErrorCode::NotFound)
+                throw;
+        }
+        return HostApplication::importJson(readJsonCase(path), address);
+    }
     if (CaseAddress::isServer(caseAddress(path)))
         return HostApplication::openFile(caseAddress(path));
     if (!path.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))

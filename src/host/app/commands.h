@@ -24,12 +24,17 @@ QString caseFolder();
 // the file cannot be read.
 QString caseFileFor(const QString &jsonPath);
 
+// The case a JSON document opened directly becomes: caseFileFor(), or with a database the case
+// of that file's base name there.
+QString caseFor(const QString &jsonPath);
+
 // Reads a JSON case document; a file that cannot be read, is no JSON or is no object throws
 // HostError naming path and the problem (position of a syntax error).
 QJsonObject readJsonCase(const QString &path);
 
 // A case file is opened; a JSON document is imported into caseFileFor() the first time and that
-// case file is opened afterwards, so edits made in it are kept. Throws HostError (Dutch).
+// case file is opened afterwards, so edits made in it are kept (with a database: into the case of
+// that file's base name there). Throws HostError (Dutch).
 std::shared_ptr<HostApplication> openOrImport(const QString &path);
 std::shared_ptr<HostApplication> importCase(const QString &jsonPath, const QString &casePath);
 // Writes the case as JSON through SafeFile; an existing target is replaced only when overwrite.

@@ -148,7 +148,7 @@ MainWindow::MainWindow(QWidget *parent)
     action("actOpenen", QStringLiteral("&Openen..."), &MainWindow::openFile, QKeySequence(Qt::CTRL | Qt::Key_O));
     // With an office database the cases are picked from its list, with who has each one open.
     if (!Commands::database().isEmpty())
-        action("actOpenenDatabase", QStringLiteral("Openen uit &database..."), &MainWindow::openFromDatabase,
+        action("actOpenenDatabase", QStringLiteral("Openen &uit database..."), &MainWindow::openFromDatabase,
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
     m_recent = file->addMenu(QStringLiteral("&Recente dossiers"));
     m_recent->setObjectName(QStringLiteral("mnuRecent"));
@@ -264,10 +264,32 @@ void MainWindow::setFileChooser(FileChooser chooser)
     m_chooser = std::move(chooser);
 }
 
+// What the adviser gave as a new case's place, as its name in the database: a path from the file
+// question loses its folder and the case suffix; a typed name stays as it is.
+static QString caseNameFrom(const QString &given)
+{
+    if (!given.startsWith(QLatin1Char('/')))
+        return given;
+    const QString file = QFileInfo(given).fileName();
+    return file.endsWith(Commands::caseSuffix()) ? file.left(file.size() - Commands::caseSuffix().size()) : file;
+}
+
 QString MainWindow::chooseFile(FileQuestion question, const QString &title, const QString &proposal, const QString &filter)
 {
     if (m_chooser)
         return m_chooser(question, title, proposal, filter);
+    // In the office database a case is picked from its list, and a new one given a name, not a
+    // place on this PC's disk.
+    if (question == FileQuestion::OpenCase && !Commands::database().isEmpty())
+        return pickFromDatabase();
+    if (question == FileQuestion::NewCase && !Commands::database().isEmpty()) {
+        QInputDialog dialog(this);
+        dialog.setObjectName(QStringLiteral("dlgDossiernaam"));
+        dialog.setWindowTitle(title);
+        dialog.setLabelText(QStringLiteral("Naam van het dossier in %1:").arg(CaseAddress::parse(Commands::database()).display()));
+        dialog.setTextValue(caseNameFrom(proposal));
+        return dialog.exec() == QDialog::Accepted ? dialog.textValue().trimmed() : QString();
+    }
     // Qt's own dialog, not the desktop's: it speaks Dutch with the catalogue the program loads.
     const auto options = QFileDialog::DontUseNativeDialog;
     // An existing export is replaced only after the program's own question (exportTo), which a
@@ -317,17 +339,24 @@ void MainWindow::openFromDatabase()
 {
     if (!leavePensionScreen())
         return;
+    const QString name = pickFromDatabase();
+    if (!name.isEmpty())
+        openRecent(name);
+}
+
+QString MainWindow::pickFromDatabase()
+{
     QStringList lines;
     try {
         lines = Commands::caseListing();
     } catch (const VandrelApplication::HostError &e) {
         MessageBox::ok(this, e.description(), QStringLiteral("Dossiers niet opgehaald"));
-        return;
+        return QString();
     }
     if (lines.isEmpty()) {
         MessageBox::ok(this, QStringLiteral("De database bevat nog geen dossiers."), QStringLiteral("Openen uit database"),
                        MessageBox::Icon::Information);
-        return;
+        return QString();
     }
     QStringList shown;
     for (const QString &line : lines)
@@ -339,8 +368,8 @@ void MainWindow::openFromDatabase()
     dialog.setComboBoxItems(shown);
     dialog.setComboBoxEditable(false);
     if (dialog.exec() != QDialog::Accepted)
-        return;
-    openRecent(lines.at(shown.indexOf(dialog.textValue())).section(QLatin1Char('\t'), 0, 0));
+        return QString();
+    return lines.at(shown.indexOf(dialog.textValue())).section(QLatin1Char('\t'), 0, 0);
 }
 
 void MainWindow::setCase(const std::shared_ptr<HostApplication> &application, bool chosenReadOnly)
@@ -493,7 +522,8 @@ void MainWindow::newCase()
                                       QStringLiteral("Dossiers (*%1)").arg(Commands::caseSuffix()));
     if (target.isEmpty())
         return;
-    const QString path = target.endsWith(Commands::caseSuffix()) ? target : target + Commands::caseSuffix();
+    const QString path = !Commands::database().isEmpty() ? Commands::caseAddress(caseNameFrom(target))
+                         : target.endsWith(Commands::caseSuffix()) ? target : target + Commands::caseSuffix();
     try {
         auto application = HostApplication::createFile(path);
         // A new case starts with the people: the pension screen needs their birth dates.
@@ -564,7 +594,7 @@ void MainWindow::importJson()
     if (target.isEmpty())
         return;
     try {
-        setCase(Commands::importCase(json, target));
+        setCase(Commands::importCase(json, Commands::database().isEmpty() ? target : caseNameFrom(target)));
     } catch (const VandrelApplication::HostError &e) {
         MessageBox::ok(this, e.description(), QStringLiteral("Dossier niet gemaakt"));
     }
@@ -941,7 +971,8 @@ void MainWindow::updateStatus()
                               ? QStringLiteral("%1 (%2)").arg(m_case->caseName(), CaseAddress::parse(file).display())
                               : file;
     fileLabel->setFullText(file.isEmpty() ? QStringLiteral("Dossier alleen in het geheugen") : QStringLiteral("Dossier: %1").arg(where));
-    fileLabel->setToolTip(where);
+    // The tooltip keeps the exact address (never a password: an address cannot hold one).
+    fileLabel->setToolTip(file);
     if (m_case->isReadOnly())
         m_savedLabel->setText(QStringLiteral("Alleen lezen: wijzigingen worden niet opgeslagen"));
     else if (file.isEmpty())

@@ -78,6 +78,8 @@ private:
     void newCase();
     void openFile();
     void openFromDatabase();
+    // The database's cases with who has each one open; the name picked, or empty.
+    QString pickFromDatabase();
     void importJson();
     void exportJson();
     void importOverview();

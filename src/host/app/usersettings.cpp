@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "usersettings.h"
 
+#include "caseaddress.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -45,8 +47,10 @@ bool setValue(const QString &key, const QVariant &value)
 QStringList recentCases()
 {
     QStringList existing;
+    // A case file that is gone is left out; a case on a server is kept (whether it is still there
+    // is known only by asking the server, which opening it does).
     for (const QString &path : value(kRecent).toStringList())
-        if (QFileInfo(path).isFile() && !existing.contains(path))
+        if ((CaseAddress::isServer(path) || QFileInfo(path).isFile()) && !existing.contains(path))
             existing.append(path);
     return existing.mid(0, MaxRecent);
 }
@@ -55,7 +59,7 @@ bool addRecentCase(const QString &path)
 {
     if (path.isEmpty())
         return true;
-    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const QString absolute = CaseAddress::isServer(path) ? path : QFileInfo(path).absoluteFilePath();
     QStringList list = recentCases();
     list.removeAll(absolute);
     list.prepend(absolute);
