@@ -310,6 +310,35 @@ private Q_SLOTS:
         QCOMPARE(reread->Get_Dossier()->Get_Aanvrager(1)->Naam(), accepted.last());
     }
 
+    void aColleagueWhoTookTheCaseDuringAnOutageIsNamedAndTheWindowTurnsReadOnly()
+    {
+        using namespace TestSupport;
+        const QString name = newName(QStringLiteral("Overname"));
+        QCOMPARE(zarnoveld(on({QStringLiteral("import"), example(QStringLiteral("single.json")), name})).exitCode, 0);
+        const QString address = Zarnoveld::CaseAddress::ofCase(m_url, name);
+        MessageRecorder messages;
+        Zarnoveld::MainWindow window;
+        QVERIFY(openShown(window, address));
+        clickNavigation(&window, QStringLiteral("Deelnemers"));
+        auto *field = find<QWidget>(&window, QStringLiteral("txtNaam_1"));
+        enter(field, QStringLiteral("Voor de storing"));
+        QCOMPARE(messages.count(), 0);
+        TestSupport::serverAction("pause");
+        TestSupport::serverAction("resume");
+        // The restart ended this window's session; a colleague opens the case and changes it.
+        {
+            auto colleague = Zarnoveld::HostApplication::openFile(address);
+            colleague->Get_Dossier()->Get_Aanvrager(1)->setNaam(QStringLiteral("Door de collega"));
+        }
+        enter(field, QStringLiteral("Na de storing"));
+        QCOMPARE(messages.count(), 1);
+        QVERIFY2(messages.lastText().contains(QStringLiteral("alleen-lezen")), qPrintable(messages.lastText()));
+        QVERIFY(window.currentCase()->readOnly());
+        QVERIFY2(window.windowTitle().contains(QStringLiteral("[alleen-lezen]")), qPrintable(window.windowTitle()));
+        QCOMPARE(Zarnoveld::HostApplication::openForReading(address)->Get_Dossier()->Get_Aanvrager(1)->Naam(),
+                 QStringLiteral("Door de collega"));
+    }
+
     void theDatabaseIsChosenByTheEnvironmentAsWell()
     {
         const QString name = newName(QStringLiteral("Omgeving"));

@@ -385,6 +385,10 @@ void MainWindow::setCase(const std::shared_ptr<HostApplication> &application, bo
         m_case->setErrorHandler([this](const VandrelApplication::ErrorRecord &record) {
             ErrorLog::append(record);
             ErrorLog::show(this, record);
+            // A refusal may have made the case read-only (a colleague took it during an outage):
+            // the title and the status bar say so at once.
+            updateTitle();
+            updateStatus();
         });
         if (!m_case->isReadOnly()) {
             try {
