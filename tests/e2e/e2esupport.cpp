@@ -5,6 +5,7 @@
 #include "casebackend.h"
 #include "commands.h"
 #include "mainwindow.h"
+#include "pensionscreen.h"
 #include "usersim.h"
 
 #include <QAbstractButton>
@@ -135,6 +136,14 @@ bool openShown(Zarnoveld::MainWindow &window, const QString &caseFile)
         return false;
     }
     return TestSupport::showActive(&window);
+}
+
+QWidget *openOnPensions(Zarnoveld::MainWindow &window, const QString &caseFile)
+{
+    if (!openShown(window, caseFile))
+        return nullptr;
+    clickNavigation(&window, QStringLiteral("Pensioenen"));
+    return window.pensionScreen()->control();
 }
 
 void saveScreenshot(QWidget *window, const QString &fileName)

@@ -40,6 +40,8 @@ private:
 // Opens a case in the window and shows the window active, as the program does at its start;
 // false, with the reason printed, when either fails.
 bool openShown(Zarnoveld::MainWindow &window, const QString &caseFile);
+// openShown, then the pension screen by its navigation entry: the screen's control, or nullptr.
+QWidget *openOnPensions(Zarnoveld::MainWindow &window, const QString &caseFile);
 
 // A bundled example case by file name (examples/NAME).
 QString example(const QString &name);

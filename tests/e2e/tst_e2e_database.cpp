@@ -260,6 +260,28 @@ private Q_SLOTS:
         QVERIFY(window.currentCase()->readOnly());
         QVERIFY(window.windowTitle().contains(QStringLiteral("[alleen-lezen]")));
 
+        // A new case is given a name in the database, not a place on this PC's disk.
+        const QString fresh = newName(QStringLiteral("Nieuw via venster"));
+        bool named = false;
+        QTimer::singleShot(0, [&] {
+            auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+            if (!dialog || dialog->objectName() != QStringLiteral("dlgDossiernaam")) {
+                if (dialog)
+                    dialog->reject();
+                return;
+            }
+            named = true;
+            checkLayoutAndGrab(dialog, m_sandbox->path(QStringLiteral("dossiernaam.png")));
+            saveScreenshot(dialog, QStringLiteral("dossiernaam.png"));
+            dialog->setTextValue(fresh);
+            dialog->accept();
+        });
+        find<QAction>(&window, QStringLiteral("actNieuw"))->trigger();
+        QVERIFY(named);
+        QCOMPARE(window.currentCase()->caseName(), fresh);
+        QVERIFY(!window.currentCase()->readOnly());
+        QVERIFY(caseExists(Zarnoveld::CaseAddress::ofCase(m_url, fresh)));
+
         char reset[] = "--database=";
         char *none[] = {program, reset, nullptr};
         argc = 2;

@@ -167,9 +167,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
-        clickNavigation(&window, QStringLiteral("Pensioenen"));
-        QWidget *control = window.pensionScreen()->control();
+        QWidget *control = openOnPensions(window, example(QStringLiteral("single.json")));
         QVERIFY(control);
         // Typed, not yet left: exporting first lets the pension screen accept it.
         typeInto(find<VandrelControl::TextBox>(control, QStringLiteral("txtUitvoerder")), QStringLiteral("Zwitserleven"));
@@ -183,9 +181,7 @@ private Q_SLOTS:
     {
         MessageRecorder messages;
         MainWindow window;
-        QVERIFY(openShown(window, example(QStringLiteral("single.json"))));
-        clickNavigation(&window, QStringLiteral("Pensioenen"));
-        QWidget *control = window.pensionScreen()->control();
+        QWidget *control = openOnPensions(window, example(QStringLiteral("single.json")));
         QVERIFY(control);
         auto *grondslag = find<VandrelControl::TextBox>(control, QStringLiteral("TxtGrondslag"));
         const double stored = window.currentCase()->Get_Dossier()->Get_Aanvrager(1)->Get_Pensioen(1)->Grondslag();
